@@ -65,8 +65,8 @@ void compare(const std::string& what, double maxRatio, const std::function<doubl
     }
     const double scale = scaleOf(unit) / perUnit;
     const double ratio = median(ratios);
-    report({what, median(oursTimes) * scale, median(referenceTimes) * scale, unit, ratio, limitText("<=", maxRatio, "x"),
-            ratio <= maxRatio});
+    report({what, median(oursTimes) * scale, median(referenceTimes) * scale, unit, ratio,
+            limitText("<=", maxRatio, "x"), ratio <= maxRatio});
 }
 
 void atMost(const std::string& what, double value, double limit, const std::string& unit)

@@ -25,7 +25,8 @@ void report(const Row& row);
 // Runs ours and the reference `pairs` times each, alternately, and reports the row. Both return the seconds that count
 // (so that set-up stays outside). The target is met when the median ratio is at most `maxRatio`.
 void compare(const std::string& what, double maxRatio, const std::function<double()>& ours,
-             const std::function<double()>& reference, int pairs = 5, double perUnit = 1, const std::string& unit = "ms");
+             const std::function<double()>& reference, int pairs = 5, double perUnit = 1,
+             const std::string& unit = "ms");
 
 // Reports an absolute figure, for example a count or a bounded time: met when `value <= limit` (or >= for minimum).
 void atMost(const std::string& what, double value, double limit, const std::string& unit);

@@ -41,8 +41,9 @@ QtMessageHandler previousHandler = nullptr;
 // Complaints of the framework that always mean a fault of ours: broken connections, painters, timers and threads.
 bool isFrameworkComplaint(const QString& text)
 {
-    static const char* const marks[] = {"QObject::", "QPainter", "QTimer", "QThread", "QSqlDatabasePrivate",
-                                        "QSqlQuery::", "QSocketNotifier", "QMetaObject::", "QCoreApplication::"};
+    static const char* const marks[] = {
+        "QObject::",   "QPainter",        "QTimer",        "QThread",           "QSqlDatabasePrivate",
+        "QSqlQuery::", "QSocketNotifier", "QMetaObject::", "QCoreApplication::"};
     return std::any_of(std::begin(marks), std::end(marks),
                        [&](const char* mark) { return text.startsWith(QLatin1String(mark)); });
 }
