@@ -1,0 +1,121 @@
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QMutex>
+#include <QObject>
+#include <QReadWriteLock>
+#include <QStringList>
+
+#include <functional>
+
+class DatabaseConnectionFactory;
+class QSqlDatabase;
+class QSqlQuery;
+
+// user.db: the user's own groups, notes, rankings, hidden flags and family names, kept apart from the catalogue so that
+// the catalogue can be rebuilt without losing them. Fonts are known by their font hash (fms::StaticFont::fontHash).
+//
+// The program never deletes the file. One that is no database or is damaged is moved aside under a dated name and a new
+// one is begun; setAsideFile() names it, for whoever tells the user. Before the first upgrade of an older version a
+// copy is kept beside it.
+//
+// Every operation may be called from any thread after open(): each thread has a connection of its own, and writers take
+// turns. What a record shows of a font (hidden flag, ranking, note, family name) is also kept in memory, so that
+// merging it into 100,000 records costs no query. Every change is one transaction; its signals follow when the
+// outermost transaction has been committed and released, and never for one that was rolled back.
+class KrvUserDatabase : public QObject
+{
+    Q_OBJECT
+
+public:
+    using FontHash = QString;
+
+    struct FontData
+    {
+        bool isHidden = false;
+        int ranking = 0;
+        QString note;
+        QString familyName;
+    };
+
+    struct Group
+    {
+        int id = 0;
+        QString name;
+        int parentId = 0;
+        int fontCount = 0;
+    };
+
+    // Conditions that all hold; an empty list is no condition. With font hashes, fontCount counts those only.
+    struct GroupFilter
+    {
+        QList<int> ids;
+        QList<int> parentIds;
+        QList<FontHash> fontHashes;
+        QStringList names;
+    };
+
+    static const int CurrentVersion = 6;
+
+    explicit KrvUserDatabase(QObject* parent = nullptr);
+    ~KrvUserDatabase() override;
+
+    // False when the file cannot be opened, created or upgraded; an older file is then as it was.
+    bool open(const QString& fileName);
+    // Where a damaged file was moved by open(); empty when there was none.
+    QString setAsideFile() const;
+    int userVersion() const;
+
+    // Transactions nest. Between the two calls the thread holds the database's turn to write; both are made on one
+    // thread. endTransaction() tells whether the commit was carried out.
+    bool beginTransaction();
+    bool endTransaction(bool commit);
+    // The new row's id; 0 when the insert failed.
+    int execInsertQuery(QSqlQuery& query) const;
+
+    FontData fontData(const FontHash& fontHash) const;
+    bool isHidden(const FontHash& fontHash) const;
+    bool setHidden(const QList<FontHash>& fontHashes, bool hidden);
+    int ranking(const FontHash& fontHash) const;
+    bool setRanking(const FontHash& fontHash, int ranking);
+    QList<FontHash> allFontHashes() const;
+
+    QString note(const FontHash& fontHash) const;
+    // The distinct notes of the fonts, in ascending order.
+    QStringList notes(const QList<FontHash>& fontHashes) const;
+    bool setNote(const QList<FontHash>& fontHashes, const QString& text);
+    bool removeNote(const QList<FontHash>& fontHashes);
+
+    // The distinct names of the fonts, in ascending order; fonts without one give none.
+    QStringList userDefinedFamilyNames(const QList<FontHash>& fontHashes) const;
+    // An empty name takes the fonts out of their family.
+    bool setUserDefinedFamilyName(const QList<FontHash>& fontHashes, const QString& familyName);
+    QList<FontHash> familyFontHashes(const QList<int>& familyIds) const;
+
+    // The new group's id; 0 on failure.
+    int addGroup(const QString& name, int parentId);
+    // Takes the whole sub-tree along. False when there is no such group.
+    bool removeGroup(int groupId);
+    bool updateGroup(int groupId, const QString& name, int parentId);
+    bool renameGroup(int groupId, const QString& name);
+    bool clearGroup(int groupId);
+    bool addFontsToGroup(const QList<FontHash>& fontHashes, int groupId);
+    bool removeFontsFromGroup(const QList<FontHash>& fontHashes, int groupId);
+    QList<Group> groups() const;
+    QList<Group> groups(const GroupFilter& filter) const;
+    QString groupName(int groupId) const;
+    QList<FontHash> groupFontHashes(const QList<int>& groupIds) const;
+
+signals:
+    void noteChanged(const QList<KrvUserDatabase::FontHash>& fontHashList);
+    void groupAdded(int groupId);
+    void groupRemoved(int groupId);
+    void groupRenamed(int groupId);
+    void groupCleared(int groupId);
+    void fontGroupsChanged(const QList<KrvUserDatabase::FontHash>& fontHashList, int groupId);
+    void fontHiddenChanged(const KrvUserDatabase::FontHash& fontHash, bool isHidden);
+
+private:
+    class Transaction;
+};

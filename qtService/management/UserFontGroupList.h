@@ -1,0 +1,23 @@
+#pragma once
+
+#include "qtService/management/FontGroupList.h"
+
+class KrvUserDatabase;
+
+// The groups of user.db; follows their coming and going. A group is listed by the time the call that made it in the
+// user database returns.
+class UserFontGroupList : public FontGroupList
+{
+    Q_OBJECT
+
+public:
+    UserFontGroupList(const QSharedPointer<FontCollectionInterface>& source, KrvUserDatabase* userDatabase);
+
+private slots:
+    void onGroupAdded(int groupId);
+    void onGroupRemoved(int groupId);
+
+private:
+    QSharedPointer<FontCollectionInterface> m_source;
+    KrvUserDatabase* m_userDatabase;
+};
