@@ -1,0 +1,39 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include "helpers/shape/GlyphFeatures.h"
+
+namespace krv {
+
+// All that the catalogue keeps about the looks of one face. The texts and scales are those of the catalogue's columns
+// of the same names; docs/similarity.md says how each is measured.
+struct FaceAnalysis
+{
+    std::array<GlyphFeatures, kFeatureLetterCount> features{}; // one for each of kFeatureLetters, all zero when missing
+
+    int hwe = 0;                // stem weight in thousandths of the capitals' height x 1.25: 100-170 is a book weight
+    int hwi = 0;                // width of the lower-case x-height letters, thousandths of the x-height
+    int hhe = 0;                // x-height, thousandths of the capitals' height
+    int specificWidth = 0;      // below 800 condensed, 1400 normal, above 1800 extended
+    int specificHeight = 0;     // x-height, thousandths of the em scaled so that a normal text face comes near 110
+    int italicAngle = 0;        // degrees of slant to the right, never negative
+    int serifStyle = 0;         // 0-255, 0 unknown; the scale of PANOSE's serif styles
+    int styleField = 0;         // 0-255, the Classification value of the face's main class, 0 none
+    std::string classification; // otherInfo2: keywords joined by ", ", empty when the evidence is weak
+
+    int smartChoiceAll = 0; // 0-1000
+    int smartChoiceBody = 0;
+    int smartChoiceHead = 0;
+
+    // Measures an open face. Never throws; a face that cannot be rasterised gives an analysis without features. Changes
+    // the face's size, transform, glyph slot and active charmap; the time and memory it takes are bounded for any
+    // input.
+    static FaceAnalysis analyse(FT_Face face);
+};
+
+} // namespace krv

@@ -1,0 +1,289 @@
+#include "helpers/shape/GlyphMeasures.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+#include "helpers/shape/GlyphInk.h"
+
+namespace krv {
+
+namespace {
+
+constexpr float kPi = 3.14159265F;
+constexpr float kSomeInk = 0.08F;
+
+// Collects run lengths in quarters of a pixel.
+class RunCounter
+{
+public:
+    void add(float length)
+    {
+        const int bin = static_cast<int>(length * 4);
+        ++m_bins[static_cast<std::size_t>(std::min(bin, kBins - 1))];
+        ++m_count;
+    }
+
+    RunLengths quantiles() const
+    {
+        RunLengths runs;
+        runs.count = m_count;
+        if (m_count == 0) {
+            return runs;
+        }
+        runs.low = at(m_count * 0.2F);
+        runs.middle = at(m_count * 0.5F);
+        runs.high = at(m_count * 0.8F);
+        return runs;
+    }
+
+private:
+    static constexpr int kBins = 4 * 260;
+
+    float at(float rank) const
+    {
+        float below = 0;
+        for (int bin = 0; bin < kBins; ++bin) {
+            const auto here = static_cast<float>(m_bins[static_cast<std::size_t>(bin)]);
+            if (below + here >= rank && here > 0) {
+                return (static_cast<float>(bin) + (rank - below) / here) / 4;
+            }
+            below += here;
+        }
+        return 0;
+    }
+
+    std::array<int, kBins> m_bins{};
+    int m_count = 0;
+};
+
+// A run is an unbroken stretch of pixels with any ink; one that never gets dark is the grazed edge of something.
+template <typename Visit>
+int visitRuns(const float* ink, int length, int step, Visit visit)
+{
+    int runs = 0;
+    int position = 0;
+    while (position < length) {
+        const float first = ink[static_cast<std::ptrdiff_t>(position) * step];
+        if (first < kSomeInk) {
+            ++position;
+            continue;
+        }
+        const int begin = position;
+        float sum = 0;
+        float darkest = 0;
+        while (position < length) {
+            const float here = ink[static_cast<std::ptrdiff_t>(position) * step];
+            if (here < kSomeInk) {
+                break;
+            }
+            sum += here;
+            darkest = std::max(darkest, here);
+            ++position;
+        }
+        if (darkest > 0.4F) {
+            visit(sum, begin, position);
+            ++runs;
+        }
+    }
+    return runs;
+}
+
+void measureRows(const GlyphInk& ink, GlyphMeasures& measures)
+{
+    RunCounter across;
+    std::array<int, 3> rowsOfThird{};
+    std::array<int, GlyphMeasures::kBands> rowsOfBand{};
+    const int edge = std::max(1, static_cast<int>(std::lround(ink.rows() * 0.05F)));
+    float footSum = 0;
+    float headSum = 0;
+    int footRuns = 0;
+    int headRuns = 0;
+    for (int y = 0; y < ink.rows(); ++y) {
+        const bool foot = y >= ink.rows() - 1 - edge && y < ink.rows() - 1;
+        const bool head = y <= edge && y > 0;
+        float left = ink.boxWidth();
+        float right = 0;
+        const int runs = visitRuns(ink.row(y), ink.columns(), 1, [&](float length, int begin, int end) {
+            across.add(length);
+            footSum += foot ? length : 0;
+            headSum += head ? length : 0;
+            footRuns += foot ? 1 : 0;
+            headRuns += head ? 1 : 0;
+            const float* row = ink.row(y);
+            left = std::min(left, static_cast<float>(begin) + 1 - row[begin] - ink.boxLeft());
+            right = std::max(right, static_cast<float>(end) - 1 + row[end - 1] - ink.boxLeft());
+        });
+        const auto third = static_cast<std::size_t>(y * 3 / ink.rows());
+        measures.rowCrossings[third] += static_cast<float>(runs);
+        ++rowsOfThird[third];
+        if (runs > 0) {
+            const auto band = static_cast<std::size_t>(y * GlyphMeasures::kBands / ink.rows());
+            measures.leftProfile[band] += std::max(left, 0.0F);
+            measures.rightProfile[band] += std::max(ink.boxWidth() - right, 0.0F);
+            ++rowsOfBand[band];
+        }
+    }
+    for (std::size_t third = 0; third < rowsOfThird.size(); ++third) {
+        measures.rowCrossings[third] /= static_cast<float>(std::max(rowsOfThird[third], 1));
+    }
+    for (std::size_t band = 0; band < rowsOfBand.size(); ++band) {
+        measures.leftProfile[band] /= static_cast<float>(std::max(rowsOfBand[band], 1));
+        measures.rightProfile[band] /= static_cast<float>(std::max(rowsOfBand[band], 1));
+    }
+    measures.across = across.quantiles();
+    measures.footRun = footRuns > 0 ? footSum / static_cast<float>(footRuns) : measures.across.middle;
+    measures.headRun = headRuns > 0 ? headSum / static_cast<float>(headRuns) : measures.across.middle;
+}
+
+void measureColumns(const GlyphInk& ink, GlyphMeasures& measures)
+{
+    RunCounter down;
+    const int step = static_cast<int>(ink.row(1) - ink.row(0));
+    int crossings = 0;
+    for (int x = 0; x < ink.columns(); ++x) {
+        crossings += visitRuns(ink.row(0) + x, ink.rows(), step, [&](float length, int, int) { down.add(length); });
+    }
+    measures.down = down.quantiles();
+    measures.columnCrossings = static_cast<float>(crossings) / static_cast<float>(ink.columns());
+}
+
+// The gradient between four pixels points across the outline; its length adds up to the outline's length.
+void measureEdges(const GlyphInk& ink, GlyphMeasures& measures)
+{
+    float perimeter = 0;
+    std::array<float, 2 * GlyphMeasures::kHarmonics> sums{};
+    float slantSum = 0;
+    float slantWeight = 0;
+    for (int y = -1; y < ink.rows(); ++y) {
+        const float* upper = ink.row(y);
+        const float* lower = ink.row(y + 1);
+        for (int x = -1; x < ink.columns(); ++x) {
+            const float falling = lower[x + 1] - upper[x];
+            const float rising = upper[x + 1] - lower[x];
+            const float gx = 0.5F * (falling + rising);
+            const float gy = 0.5F * (falling - rising);
+            const float square = gx * gx + gy * gy;
+            if (square < 1e-4F) {
+                continue;
+            }
+            const float strength = std::sqrt(square);
+            perimeter += strength;
+            const float cos2 = (gx * gx - gy * gy) / square;
+            const float sin2 = 2 * gx * gy / square;
+            const float cos4 = cos2 * cos2 - sin2 * sin2;
+            const float sin4 = 2 * cos2 * sin2;
+            sums[0] += strength * cos2;
+            sums[1] += strength * sin2;
+            sums[2] += strength * cos4;
+            sums[3] += strength * sin4;
+            sums[4] += strength * (cos4 * cos2 - sin4 * sin2);
+            sums[5] += strength * (sin4 * cos2 + cos4 * sin2);
+            if (std::fabs(gy) < 0.7F * std::fabs(gx)) {
+                slantSum += strength * gy / gx;
+                slantWeight += strength;
+            }
+        }
+    }
+    measures.perimeter = perimeter;
+    for (std::size_t i = 0; i < sums.size(); ++i) {
+        measures.directions[i] = perimeter > 0 ? sums[i] / perimeter : 0;
+    }
+    measures.slant = slantWeight > 0 ? slantSum / slantWeight : 0;
+}
+
+void measureCosines(const GlyphInk& ink, GlyphMeasures& measures)
+{
+    constexpr int n = GlyphMeasures::kCosines;
+    std::vector<float> basis(static_cast<std::size_t>(ink.columns()) * n);
+    for (int x = 0; x < ink.columns(); ++x) {
+        const float t = std::clamp((static_cast<float>(x) + 0.5F - ink.boxLeft()) / ink.boxWidth(), 0.0F, 1.0F);
+        for (int u = 0; u < n; ++u) {
+            basis[static_cast<std::size_t>(x * n + u)] = std::cos(kPi * static_cast<float>(u) * t);
+        }
+    }
+    float area = 0;
+    for (int y = 0; y < ink.rows(); ++y) {
+        std::array<float, n> sums{};
+        const float* row = ink.row(y);
+        for (int x = 0; x < ink.columns(); ++x) {
+            for (int u = 0; u < n; ++u) {
+                sums[static_cast<std::size_t>(u)] += row[x] * basis[static_cast<std::size_t>(x * n + u)];
+            }
+        }
+        area += sums[0];
+        const float t = std::clamp((static_cast<float>(y) + 0.5F - ink.boxTop()) / ink.boxHeight(), 0.0F, 1.0F);
+        for (int v = 0; v < n; ++v) {
+            const float weight = std::cos(kPi * static_cast<float>(v) * t);
+            for (int u = 0; u < n; ++u) {
+                measures.cosines[static_cast<std::size_t>(v * n + u)] += weight * sums[static_cast<std::size_t>(u)];
+            }
+        }
+    }
+    measures.area = area;
+    const float box = ink.boxWidth() * ink.boxHeight();
+    for (float& cosine : measures.cosines) {
+        cosine /= box;
+    }
+}
+
+// White that the margin cannot reach is enclosed.
+void measureHoles(const GlyphInk& ink, GlyphMeasures& measures)
+{
+    const int stride = ink.columns() + 2;
+    std::vector<std::uint8_t> taken(static_cast<std::size_t>(stride) * static_cast<std::size_t>(ink.rows() + 2));
+    for (int y = 0; y < ink.rows(); ++y) {
+        for (int x = 0; x < ink.columns(); ++x) {
+            taken[static_cast<std::size_t>((y + 1) * stride + x + 1)] = ink.row(y)[x] >= 0.4F;
+        }
+    }
+    std::vector<int> open;
+    const int end = static_cast<int>(taken.size());
+    const auto flood = [&](int start) {
+        int size = 0;
+        open.push_back(start);
+        taken[static_cast<std::size_t>(start)] = 1;
+        while (!open.empty()) {
+            const int here = open.back();
+            open.pop_back();
+            ++size;
+            const int column = here % stride;
+            const int neighbours[] = {here - stride, here + stride, column > 0 ? here - 1 : -1,
+                                      column + 1 < stride ? here + 1 : -1};
+            for (const int next : neighbours) {
+                if (next >= 0 && next < end && !taken[static_cast<std::size_t>(next)]) {
+                    taken[static_cast<std::size_t>(next)] = 1;
+                    open.push_back(next);
+                }
+            }
+        }
+        return size;
+    };
+    flood(0);
+    const float box = ink.boxWidth() * ink.boxHeight();
+    for (int place = 0; place < end; ++place) {
+        if (!taken[static_cast<std::size_t>(place)]) {
+            const auto size = static_cast<float>(flood(place));
+            if (size > 0.002F * box) { // smaller ones are noise of the raster
+                measures.holes += size / box;
+                ++measures.holeCount;
+            }
+        }
+    }
+}
+
+} // namespace
+
+GlyphMeasures GlyphMeasures::of(const GlyphInk& ink)
+{
+    GlyphMeasures measures;
+    measureRows(ink, measures);
+    measureColumns(ink, measures);
+    measureEdges(ink, measures);
+    measureCosines(ink, measures);
+    measureHoles(ink, measures);
+    return measures;
+}
+
+} // namespace krv

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <array>
+
+namespace krv {
+
+class GlyphInk;
+
+// Quantiles of the black runs along the rows or down the columns, in pixels.
+struct RunLengths
+{
+    float low = 0; // a fifth of the runs are shorter
+    float middle = 0;
+    float high = 0; // a fifth are longer
+    int count = 0;
+};
+
+// What is measured on the ink of one glyph before it is normalised: the common ground of the glyph's values and of the
+// measures of its face. Lengths and areas in pixels of the ink's grid.
+struct GlyphMeasures
+{
+    static constexpr int kHarmonics = 3;
+    static constexpr int kCosines = 5;
+    static constexpr int kBands = 4;
+
+    float area = 0;
+    float perimeter = 0;
+    RunLengths across; // along the rows: the stems
+    RunLengths down;   // along the columns: bars and the thin parts of bows
+    // Directions of the outline: strength-weighted mean of cos and sin of 2, 4 and 6 times the edge's angle.
+    std::array<float, 2 * kHarmonics> directions{};
+    float slant = 0; // mean tangent of the near-vertical edges, positive leaning right
+    // Cosine transform of the ink stretched to the unit square, row by row.
+    std::array<float, kCosines * kCosines> cosines{};
+    // Distance from the box's sides to the ink, mean over a quarter of the height each.
+    std::array<float, kBands> leftProfile{};
+    std::array<float, kBands> rightProfile{};
+    // Mean number of strokes crossed by the rows of each third, and by the columns.
+    std::array<float, 3> rowCrossings{};
+    float columnCrossings = 0;
+    float holes = 0;   // enclosed white, as a share of the box
+    int holeCount = 0; //
+    float footRun = 0; // mean black run at the very bottom, and at the top
+    float headRun = 0;
+
+    static GlyphMeasures of(const GlyphInk& ink);
+};
+
+} // namespace krv
