@@ -1,0 +1,162 @@
+#pragma once
+
+#include "fontfile/sheets/FontSampleJob.h"
+#include "qtService/app/service/AddFontsToGroupsCommand.h"
+#include "qtService/app/service/ClearDatabaseCommand.h"
+#include "qtService/app/service/ClearOnlineSourceCommand.h"
+#include "qtService/app/service/CloneGroupCommand.h"
+#include "qtService/app/service/ExportFontsCommand.h"
+#include "qtService/app/service/RemoveFontsCommand.h"
+#include "qtService/app/service/RemoveFontsFromGroupsCommand.h"
+#include "qtService/app/service/SetFontsHiddenCommand.h"
+#include "qtService/app/service/SetOnlineSourceCommand.h"
+#include "qtService/app/service/UpdateFileExistsCommand.h"
+#include "qtService/management/ExistingFontsGroup.h"
+#include "qtService/management/ExtractFontArchiveCommand.h"
+#include "qtService/management/FontActivityChangeCommand.h"
+#include "qtService/management/SimilarFontsGroup.h"
+#include "qtService/management/SystemFontGroupList.h"
+#include "qtService/management/systemfm/SystemFontDescriptor.h"
+#include "updates/UpdateCheckCommand.h"
+
+#include <QMutex>
+#include <QObject>
+#include <QReadWriteLock>
+#include <QSet>
+#include <QSharedPointer>
+#include <QStringList>
+#include <QWaitCondition>
+
+class FMSPdfGenerator;
+class FontAdder;
+class FontDatabase;
+class KrvFeatureRepository;
+class KrvFontRepository;
+class KrvSimilarityWrapper;
+class KrvUserDatabase;
+class QThread;
+class UserFontGroupList;
+
+// The owner of the library at run time: databases, repositories, groups, adder, similarity. It lives in a thread of its
+// own from construction on; start() opens everything there and started() tells when it may be used; stop() closes it
+// again, and it may be started anew.
+//
+// Every operation may be called directly from any thread while the service is started; commands come back unstarted.
+// Groups and the repository live in the main thread, where their signals arrive. Outside the started state operations
+// answer with null pointers, false and 0.
+class FontManagementService : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum ErrorType
+    {
+        NoError = 0,
+        TooManyFilesForOnlineSource = 1, // nothing is added
+        OnlineSourcePathIsFolder = 2,    // nothing is added
+        OnlineInfoNotWritten = 3         // the path is added all the same
+    };
+    Q_ENUM(ErrorType)
+
+    explicit FontManagementService(QObject* parent = nullptr);
+    // Stops first when started. Called from another thread than the service's own.
+    ~FontManagementService() override;
+
+    QSharedPointer<FontAdder> fontAdder() const;
+    QSharedPointer<KrvFontRepository> repository() const;
+    QSharedPointer<KrvFeatureRepository> featureRepository() const;
+    KrvUserDatabase* userDatabase() const;
+    KrvSimilarityWrapper* similarityWrapper() const;
+    QSharedPointer<SystemFontGroupList> systemFontGroups() const;
+    QSharedPointer<UserFontGroupList> userFontGroups() const;
+
+signals:
+    void startRequested();
+    void stopRequested();
+    void started();
+    void stopped();
+
+public slots:
+    FontManagementService::ErrorType addFonts(QStringList filePaths, QString onlineSource, int onlineId);
+    FontManagementService::ErrorType addFonts(QStringList filePaths, QString onlineSource);
+    FontManagementService::ErrorType addFonts(QStringList filePaths);
+    // Adds everything the system, the last replaced catalogue and the scan paths know of.
+    void rescanFonts();
+    ClearDatabaseCommandPtr clearDatabase();
+    SetFontsHiddenCommandPtr setFontsHidden(QList<int> fontIdList, bool hidden);
+    RemoveFontsCommandPtr removeFonts(QList<int> fontIdList);
+    // The id of the new group; 0 when it has no name or could not be made.
+    int addGroup(QString groupName);
+    bool removeGroup(int groupId);
+    CloneGroupCommandPtr cloneGroup(int groupId, QString groupName);
+    bool renameGroup(int groupId, QString groupName);
+    AddFontsToGroupsCommandPtr addFontsToGroups(QList<int> groupIdList, QList<int> fontIdList);
+    RemoveFontsFromGroupsCommandPtr removeFontsFromGroups(QList<int> groupIdList, QList<int> fontIdList);
+    bool clearGroup(int groupId);
+    SetOnlineSourceCommandPtr setFontsOnlineSource(QList<int> fontIdList, QString onlineSource, int onlineId);
+    ClearOnlineSourceCommandPtr clearFontsOnlineSource(QList<int> fontIdList);
+    FontSampleJobPtr createFontSampleForAllFonts(QString saveFileName, QString sampleText);
+    FontSampleJobPtr createFontSampleForFonts(QList<int> fontIdList, QString saveFileName, QString sampleText);
+    FontSampleJobPtr createFontSampleSheetFotFonts(QList<int> fontIdList, QString saveFileName, QString sampleText);
+    ExportFontsCommandPtr exportFonts(QString fileName, QList<int> fontIdList);
+    ExportFontsCommandPtr exportAllFonts(QString fileName);
+    ExtractFontArchiveCommandPtr extractFontArchive(QString fileName, QString destPath, bool isPurchased);
+    FontActivityChangeCommandPtr setFontActivityType(QList<int> fontIdList,
+                                                     kerval::systemfm::ActivityType activityType);
+    SimilarFontsGroupPtr similarFontsGroup(int fontId, int resultLimit, QList<int> fontIdList,
+                                           SimilarFontsGroup::SimilarityMethod method);
+    // A group of its own with another limit; null for a group that is not one of the three recent ones.
+    FontGroupPtr createRecentLimitedFontGroup(SystemFontGroupList::GroupId groupId, int recentLimit);
+    UpdateFileExistsCommandPtr updateFileExistance();
+    ExistingFontsGroupPtr existingFontsGroup();
+    UpdateCheckCommandPtr createUpdateCheckCommand();
+    void start();
+    bool isStarted();
+    void stop();
+
+private slots:
+    void startPriv();
+    void stopPriv();
+    void onActiveFontsChanged();
+
+private:
+    // The members that operations use, taken together under the lock.
+    struct Library
+    {
+        QSharedPointer<FontAdder> fontAdder;
+        QSharedPointer<KrvFontRepository> repository;
+        QSharedPointer<KrvFeatureRepository> featureRepository;
+        KrvUserDatabase* userDatabase = nullptr;
+        KrvSimilarityWrapper* similarity = nullptr;
+        QSharedPointer<SystemFontGroupList> systemGroups;
+    };
+    Library library() const;
+
+    void openRepositories(const QString& settingsFolder);
+    void openPrograms(const QString& settingsFolder);
+    void openGroups();
+    QList<kerval::systemfm::SystemFontDescriptor>
+    newFonts(const QSet<kerval::systemfm::SystemFontDescriptor>& added) const;
+    ExportFontsCommandPtr exportCommand(const QString& fileName, const QList<StaticFontPtr>& fonts) const;
+    FontSampleJobPtr createFontSample(const QList<int>& ids, const QString& saveFileName, const QString& sampleText,
+                                      int kind);
+
+    QThread* m_thread;
+    QMutex m_startMutex;
+    QWaitCondition m_startedCondition;
+    QMutex m_stopMutex;
+    QWaitCondition m_stoppedCondition;
+    mutable QReadWriteLock m_lock; // guards what follows while starting, stopping and comparing active fonts
+    QSharedPointer<FontAdder> m_fontAdder;
+    QSharedPointer<FontDatabase> m_fontDatabase;
+    QSharedPointer<KrvFontRepository> m_repository;
+    QSharedPointer<KrvFeatureRepository> m_featureRepository;
+    KrvUserDatabase* m_userDatabase = nullptr;
+    KrvSimilarityWrapper* m_similarity = nullptr;
+    QSharedPointer<SystemFontGroupList> m_systemGroups;
+    QSharedPointer<UserFontGroupList> m_userGroups;
+    QSharedPointer<ExistingFontsGroup> m_existingFonts;
+    QSet<kerval::systemfm::SystemFontDescriptor> m_activeFonts;
+    bool m_isStarted = false;
+    FMSPdfGenerator* m_pdfGenerator;
+};

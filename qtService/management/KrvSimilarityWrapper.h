@@ -1,0 +1,125 @@
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QPair>
+#include <QProcess>
+#include <QReadWriteLock>
+#include <QSharedPointer>
+#include <QString>
+#include <QVariant>
+
+class FeaturesFolder;
+class KrvFontRepository;
+
+// Runs the two similarity programs, one request after the other: the first lays the catalogue's features out as files
+// when they are not there, the second compares one font with the rest. Lives in the thread that makes it, which has to
+// process events; similarityDone() comes once for each request and never out of the request function itself.
+//
+// Copies have queues and processes of their own and share the features folder: of several that find it empty one fills
+// it and the others wait, and what was filled before the last clearFeatures() is not used.
+class KrvSimilarityWrapper : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Request
+    {
+        int fontId = 0;
+        int limit = 0;
+        QString characters;
+        QString inIds; // comma-separated; empty: the whole catalogue
+        QVariant criteria;
+        QString mode;
+    };
+
+    struct Result
+    {
+        QList<QPair<int, double>> matches; // id and deviance, best first
+    };
+
+    enum Error
+    {
+        Success = 0,
+        FeaturesNotReady = 1,
+        Busy = 2,
+        ExtractionUnavailable = 3,
+        SearchFailed = 4
+    };
+
+    // databaseType: 1 SQLite, else MySQL.
+    KrvSimilarityWrapper(const QString& extractFeaturesApp, const QString& findSimilarApp,
+                         const QString& featuresFolder, QSharedPointer<KrvFontRepository> repository,
+                         const QString& databaseName, int databaseType, const QString& databaseUser,
+                         const QString& databasePassword);
+    // The other's configuration, in the calling thread.
+    KrvSimilarityWrapper(const KrvSimilarityWrapper& other);
+    ~KrvSimilarityWrapper() override;
+
+    // `criteria` is carried through to similarityDone(). All return 0 for an accepted request.
+    int requestSimilar(int fontId, const QString& characters, int limit, const QString& inIds,
+                       const QVariant& criteria);
+    int requestHarmonySameFamily(int fontId, const QString& characters, int limit, const QString& inIds,
+                                 const QVariant& criteria);
+    int requestHarmonyContrast(int fontId, const QString& characters, int limit, const QString& inIds,
+                               const QVariant& criteria);
+    int requestHarmonyBody(int fontId, const QString& characters, int limit, const QString& inIds,
+                           const QVariant& criteria);
+    int requestHarmonyHeadline(int fontId, const QString& characters, int limit, const QString& inIds,
+                               const QVariant& criteria);
+    int requestSmartChoiceAll(int fontId, const QString& characters, int limit, const QString& inIds,
+                              const QVariant& criteria);
+    int requestSmartChoiceBody(int fontId, const QString& characters, int limit, const QString& inIds,
+                               const QVariant& criteria);
+    int requestSmartChoiceHeadline(int fontId, const QString& characters, int limit, const QString& inIds,
+                                   const QVariant& criteria);
+
+    // Deletes the feature files, so that the next request has them made anew; any thread. True when all are gone.
+    bool clearFeatures();
+
+signals:
+    void similarityDone(KrvSimilarityWrapper::Request req, KrvSimilarityWrapper::Result result, int error);
+
+private slots:
+    void onProcessFinished(int exitcode, QProcess::ExitStatus status);
+
+private:
+    enum Mode
+    {
+        Idle = 0,
+        Extracting = 1,
+        Searching = 2,
+        Waiting = 3 // another copy extracts
+    };
+
+    void registerTypes() const;
+    void reportConfiguration() const;
+    int enqueue(const Request& request);
+    void startNext();
+    void extractOrWait();
+    int startExtraction();
+    int startSearch(const Request& request);
+    void start(const QString& program, const QStringList& arguments);
+    void onExtractionFinished();
+    void onSearchFinished(int exitCode, QProcess::ExitStatus status);
+    void onProcessFailedToStart();
+    void answer(const Result& result, int error);
+    void dropProcess();
+
+    mutable QReadWriteLock m_lock;
+    QList<Request> m_queue;
+    const QString m_extractFeaturesApp;
+    const QString m_findSimilarApp;
+    const QString m_featuresFolder;
+    const QString m_databaseName;
+    const QString m_databaseUser;
+    const QString m_databasePassword;
+    const int m_databaseType;
+    const QSharedPointer<KrvFontRepository> m_repository;
+    const QSharedPointer<FeaturesFolder> m_features;
+    int m_mode = Idle;
+    QProcess* m_process = nullptr;
+};
+
+Q_DECLARE_METATYPE(KrvSimilarityWrapper::Request)
+Q_DECLARE_METATYPE(KrvSimilarityWrapper::Result)

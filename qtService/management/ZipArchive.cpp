@@ -1,0 +1,264 @@
+#include "qtService/management/ZipArchive.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStorageInfo>
+
+#include <limits>
+#include <minizip/unzip.h>
+#include <minizip/zip.h>
+
+namespace {
+
+constexpr int bufferSize = 0x100000;
+constexpr uLong utf8Names = 1 << 11;
+constexpr uLong encrypted = 1 << 0;
+constexpr uLong madeByUnix = (3 << 8) | 45;
+
+bool isFolderName(const QString& entryName)
+{
+    return entryName.endsWith(QLatin1Char('/')) || entryName.endsWith(QLatin1Char('\\'));
+}
+
+// The entry's path below a destination folder; empty when it would lie outside, or names nothing.
+QString pathInside(const QString& entryName)
+{
+    QString name = entryName;
+    name.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    const bool hasDrive = name.size() > 1 && name.at(1) == QLatin1Char(':');
+    if (name.startsWith(QLatin1Char('/')) || hasDrive || name.contains(QChar(QChar::Null)))
+        return QString();
+    name = QDir::cleanPath(name);
+    if (name == QLatin1String(".") || name == QLatin1String("..") || name.startsWith(QLatin1String("../")))
+        return QString();
+    return name;
+}
+
+// False when a symbolic link that is already there leads the folder out of the destination.
+bool staysInside(const QString& folder, const QString& destinationFolder)
+{
+    QFileInfo existing(folder);
+    while (!existing.exists() && !existing.isSymLink())
+        existing.setFile(existing.path());
+    const QString destination = QFileInfo(destinationFolder).canonicalFilePath();
+    const QString real = existing.canonicalFilePath();
+    return real == destination || real.startsWith(destination + QLatin1Char('/'));
+}
+
+tm_zip zipTime(const QDateTime& time)
+{
+    const QDate date = qMax(time.date(), QDate(1980, 1, 1));
+    tm_zip zip;
+    zip.tm_sec = uInt(time.time().second());
+    zip.tm_min = uInt(time.time().minute());
+    zip.tm_hour = uInt(time.time().hour());
+    zip.tm_mday = uInt(date.day());
+    zip.tm_mon = uInt(date.month() - 1);
+    zip.tm_year = uInt(date.year());
+    return zip;
+}
+
+uLong unixAttributes(QFile::Permissions permissions)
+{
+    const uLong bits = uLong(permissions);
+    const uLong mode = ((bits & 0x7000) >> 6) | ((bits & 0x70) >> 1) | (bits & 0x7);
+    constexpr uLong regularFile = 0100000;
+    return (regularFile | mode) << 16;
+}
+
+} // namespace
+
+ZipArchive::ZipArchive(const QString& archivePath, const QString& password)
+    : m_archivePath(archivePath)
+    , m_password(password)
+{
+}
+
+ZipArchive::ZipArchive(const ZipArchive& other)
+    : m_archivePath(other.m_archivePath)
+    , m_password(other.m_password)
+{
+}
+
+ZipArchive& ZipArchive::operator=(const ZipArchive& other)
+{
+    if (this != &other) {
+        close();
+        m_archivePath = other.m_archivePath;
+        m_password = other.m_password;
+    }
+    return *this;
+}
+
+ZipArchive::~ZipArchive()
+{
+    close();
+}
+
+bool ZipArchive::open(int mode)
+{
+    close();
+    const bool opened = mode == Read ? openForReading() : mode == Write ? openForWriting() : false;
+    if (!opened) {
+        close();
+        return false;
+    }
+    m_mode = mode;
+    m_buffer = std::make_unique<char[]>(bufferSize);
+    return true;
+}
+
+bool ZipArchive::openForReading()
+{
+    // minizip would wait for ever for the writer of a pipe.
+    if (!QFileInfo(m_archivePath).isFile())
+        return false;
+    m_handle = unzOpen64(QFile::encodeName(m_archivePath).constData());
+    m_isReading = true;
+    return m_handle && readEntries();
+}
+
+bool ZipArchive::readEntries()
+{
+    int result = unzGoToFirstFile(m_handle);
+    QByteArray name(0x10000, Qt::Uninitialized);
+    for (; result == UNZ_OK; result = unzGoToNextFile(m_handle)) {
+        unz_file_info64 info;
+        if (unzGetCurrentFileInfo64(m_handle, &info, name.data(), uLong(name.size()), nullptr, 0, nullptr, 0) != UNZ_OK)
+            return false;
+        const QString entry = QString::fromUtf8(name.constData(), int(info.size_filename));
+        unz64_file_pos position;
+        if (entry.isEmpty() || unzGetFilePos64(m_handle, &position) != UNZ_OK)
+            continue;
+        m_entries.append(entry);
+        if (!m_positions.contains(entry))
+            m_positions.insert(entry, {position.pos_in_zip_directory, position.num_of_file});
+        // Saturates: a hostile archive may claim anything.
+        m_contentSize += qMin(quint64(info.uncompressed_size), std::numeric_limits<quint64>::max() - m_contentSize);
+    }
+    return result == UNZ_END_OF_LIST_OF_FILE;
+}
+
+bool ZipArchive::openForWriting()
+{
+    if (QFile::exists(m_archivePath) && !QFile::remove(m_archivePath))
+        return false;
+    m_handle = zipOpen64(QFile::encodeName(m_archivePath).constData(), APPEND_STATUS_CREATE);
+    m_isReading = false;
+    return m_handle;
+}
+
+bool ZipArchive::close()
+{
+    bool closed = true;
+    if (m_handle)
+        closed = (m_isReading ? unzClose(m_handle) : zipClose(m_handle, nullptr)) == ZIP_OK;
+    m_handle = nullptr;
+    m_mode = Closed;
+    m_buffer.reset();
+    m_entries.clear();
+    m_positions.clear();
+    m_contentSize = 0;
+    m_roomFor.clear();
+    return closed;
+}
+
+bool ZipArchive::extract(const QString& entryName, const QString& destinationFolder, bool withChildren)
+{
+    if (m_mode != Read || !QDir().mkpath(destinationFolder))
+        return false;
+    if (m_roomFor != destinationFolder) {
+        const QStorageInfo storage(destinationFolder);
+        if (storage.isValid() && m_contentSize > quint64(qMax<qint64>(0, storage.bytesAvailable()))) {
+            qWarning("E_0_ No room for the content of \"%s\"", qPrintable(m_archivePath));
+            return false;
+        }
+        m_roomFor = destinationFolder;
+    }
+
+    QStringList names(entryName);
+    if (withChildren && isFolderName(entryName)) {
+        for (const QString& entry : qAsConst(m_entries))
+            if (entry.startsWith(entryName))
+                names.append(entry);
+        names.removeDuplicates();
+    }
+    for (const QString& name : qAsConst(names)) {
+        const auto found = m_positions.constFind(name);
+        if (found == m_positions.constEnd())
+            continue;
+        unz64_file_pos position;
+        position.pos_in_zip_directory = found->directory;
+        position.num_of_file = found->number;
+        if (unzGoToFilePos64(m_handle, &position) != UNZ_OK || !extractCurrent(name, destinationFolder)) {
+            qWarning("E_0_ \"%s\" could not be unpacked from \"%s\"", qPrintable(name), qPrintable(m_archivePath));
+            return false;
+        }
+    }
+    return true;
+}
+
+bool ZipArchive::extractCurrent(const QString& entryName, const QString& destinationFolder)
+{
+    const QString inside = pathInside(entryName);
+    if (inside.isEmpty())
+        return false;
+    const QString target = destinationFolder + QLatin1Char('/') + inside;
+    const QString folder = isFolderName(entryName) ? target : QFileInfo(target).path();
+    if (!staysInside(folder, destinationFolder) || !QDir().mkpath(folder))
+        return false;
+    return isFolderName(entryName) || copyCurrentTo(target);
+}
+
+bool ZipArchive::copyCurrentTo(const QString& target)
+{
+    unz_file_info64 info;
+    if (unzGetCurrentFileInfo64(m_handle, &info, nullptr, 0, nullptr, 0, nullptr, 0) != UNZ_OK || info.flag & encrypted)
+        return false;
+
+    QFile file(target);
+    file.remove();
+    if (unzOpenCurrentFile(m_handle) != UNZ_OK)
+        return false;
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
+        unzCloseCurrentFile(m_handle);
+        return false;
+    }
+    int read = 0;
+    bool copied = true;
+    while (copied && (read = unzReadCurrentFile(m_handle, m_buffer.get(), bufferSize)) > 0)
+        copied = file.write(m_buffer.get(), read) == read;
+    // Closing tells of a wrong check sum.
+    copied = (unzCloseCurrentFile(m_handle) == UNZ_OK) && copied && read == 0 && file.flush();
+    if (!copied)
+        file.remove();
+    return copied;
+}
+
+bool ZipArchive::addFile(const QString& filePath, const QString& entryName)
+{
+    const QFileInfo info(filePath);
+    if (m_mode != Write || !info.isFile())
+        return false;
+    QFile file(filePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+
+    zip_fileinfo zipInfo = {};
+    zipInfo.tmz_date = zipTime(info.lastModified());
+    zipInfo.external_fa = unixAttributes(info.permissions());
+    const QByteArray name = (entryName.isEmpty() ? info.fileName() : entryName).toUtf8();
+    // Near the limit already: deflate may add a little to what it cannot shrink.
+    const int zip64 = info.size() >= 0xf0000000LL;
+    if (zipOpenNewFileInZip4_64(m_handle, name.constData(), &zipInfo, nullptr, 0, nullptr, 0, nullptr, Z_DEFLATED,
+                                Z_DEFAULT_COMPRESSION, 0, -MAX_WBITS, 8, Z_DEFAULT_STRATEGY, nullptr, 0, madeByUnix,
+                                utf8Names, zip64) != ZIP_OK)
+        return false;
+    qint64 read = 0;
+    bool added = true;
+    while (added && (read = file.read(m_buffer.get(), bufferSize)) > 0)
+        added = zipWriteInFileInZip(m_handle, m_buffer.get(), unsigned(read)) == ZIP_OK;
+    return zipCloseFileInZip(m_handle) == ZIP_OK && added && read == 0;
+}

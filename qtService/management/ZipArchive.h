@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+// A zip archive, read or written as a stream of entries; archives and entries above 4 GiB are Zip64. A value class: a
+// copy takes the path and the password and starts closed, whatever its original has open.
+//
+// Reading trusts nothing: an entry whose target would lie outside the destination folder, one that is encrypted or
+// whose check sum is wrong, and an archive that claims more content than the disk has room for are refused.
+class ZipArchive
+{
+public:
+    enum Mode
+    {
+        Closed = 0,
+        Read = 1,
+        Write = 2
+    };
+
+    ZipArchive(const QString& archivePath, const QString& password);
+    ZipArchive(const ZipArchive& other);
+    ZipArchive& operator=(const ZipArchive& other);
+    ~ZipArchive();
+
+    // Write replaces a file that is at the path.
+    bool open(int mode);
+    // False when the end of a written archive did not reach the disk.
+    bool close();
+
+    int mode() const { return m_mode; }
+    QString archivePath() const { return m_archivePath; }
+    // Names of the entries in the archive's order; read mode only.
+    QStringList entries() const { return m_entries; }
+
+    // Writes an entry below the folder; a name that ends with "/" or "\" makes the folder, and with `withChildren` all
+    // that lies in it. A name that is not in the archive is skipped. What was written before a failure stays.
+    bool extract(const QString& entryName, const QString& destinationFolder, bool withChildren);
+    // Adds a file, under its own name when `entryName` is empty.
+    bool addFile(const QString& filePath, const QString& entryName);
+
+private:
+    struct Position
+    {
+        quint64 directory = 0;
+        quint64 number = 0;
+    };
+
+    bool openForReading();
+    bool openForWriting();
+    bool readEntries();
+    bool extractCurrent(const QString& entryName, const QString& destinationFolder);
+    bool copyCurrentTo(const QString& target);
+
+    int m_mode = Closed;
+    QStringList m_entries;
+    QString m_archivePath;
+    QString m_password;
+    void* m_handle = nullptr; // minizip's, for reading or for writing
+    bool m_isReading = false;
+    std::unique_ptr<char[]> m_buffer;
+
+    // Where each entry stands, so that extracting thousands does not search the directory for each.
+    QHash<QString, Position> m_positions;
+    quint64 m_contentSize = 0; // of all entries, as the archive claims
+    QString m_roomFor;         // the folder that was found to have room for it
+};
