@@ -1,0 +1,25 @@
+#include "qtService/management/systemfm/FontManagerStrategyInterface.h"
+
+namespace kerval::systemfm {
+
+FontManagerStrategyInterface::FontManagerStrategyInterface(QObject* parent)
+    : QObject(parent)
+{
+}
+
+void FontManagerStrategyInterface::beginBatch() {}
+
+QHash<QString, int> FontManagerStrategyInterface::endBatch()
+{
+    return {};
+}
+
+QHash<QString, int> FontManagerStrategyInterface::sameForAll(const QStringList& fontNames, int result)
+{
+    QHash<QString, int> results;
+    for (const QString& name : fontNames)
+        results.insert(name, result);
+    return results;
+}
+
+} // namespace kerval::systemfm
