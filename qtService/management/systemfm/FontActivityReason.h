@@ -18,7 +18,7 @@ struct FontActivityReason
         InstalledByUser,    // found in a folder of the user's
         DuplicateWins,      // active, but programs that ask for its name get another file (otherFile)
         RenamedByOtherTool, // active, but a rule of another tool (otherFile) answers its name with another family
-        // Inactive.
+                            // Inactive.
         NotInstalled,        // outside every folder that programs look into
         RejectedByUs,        // switched off here
         RejectedByOtherTool, // a rule of another tool (otherFile) hides it

@@ -1,10 +1,18 @@
 #include "qtService/management/systemfm/FontManagerStrategyInterface.h"
 
+#include "fontfile/KrvFontFile.h"
+
 namespace kerval::systemfm {
 
 FontManagerStrategyInterface::FontManagerStrategyInterface(QObject* parent)
     : QObject(parent)
 {
+}
+
+bool FontManagerStrategyInterface::isSupportedFont(const QString& fileName)
+{
+    const int type = KrvFontFile::fileTypeFromFileName(fileName);
+    return type >= 1 && type <= 4;
 }
 
 void FontManagerStrategyInterface::beginBatch() {}
