@@ -21,6 +21,9 @@ constexpr std::string_view hheFile = "features_hhe.bin";
 // N bytes: 1 for a serif face.
 constexpr std::string_view serifFile = "features_ser.bin";
 
+// 3 32-bit integers for each font: its smart-choice scores (all, body, headline). A set may lack this file.
+constexpr std::string_view scoresFile = "features_sc.bin";
+
 // One line for each font: PostScript name, "||", class name.
 constexpr std::string_view infoFile = "features_info.bin";
 constexpr std::string_view infoSeparator = "||";

@@ -18,6 +18,15 @@ constexpr int kGlyphValueCount = 61;
 // a picture has no face around it: there they are zero and must be left out of comparisons.
 constexpr int kFirstPlacementValue = 56;
 
+// Places of values that others than the distance ask for.
+enum GlyphValue
+{
+    kAspectValue = 0,
+    kInkValue = 1,
+    kStrokeContrastValue = 9,
+    kSlantValue = 16
+};
+
 // What one glyph looks like, see docs/similarity.md for each value. All zero: no glyph, or one without ink; such a
 // letter takes no part in comparisons. Measured glyphs never hold NaN or infinity and have at least one value != 0.
 using GlyphFeatures = std::array<float, kGlyphValueCount>;

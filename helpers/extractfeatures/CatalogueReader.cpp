@@ -1,0 +1,169 @@
+#include "helpers/extractfeatures/CatalogueReader.h"
+
+#include <algorithm>
+#include <cctype>
+#include <limits>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include <sqlite3.h>
+
+namespace kerval::helpers {
+
+namespace {
+
+constexpr int kBusyMilliseconds = 20000;
+
+struct StatementDeleter
+{
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using Statement = std::unique_ptr<sqlite3_stmt, StatementDeleter>;
+
+std::string_view text(sqlite3_stmt* statement, int column)
+{
+    const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+    return bytes ? std::string_view(bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, column)))
+                 : std::string_view();
+}
+
+bool containsWord(std::string_view where, std::string_view lowerCaseWord)
+{
+    return std::search(where.begin(), where.end(), lowerCaseWord.begin(), lowerCaseWord.end(),
+                       [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; }) != where.end();
+}
+
+// The class that tells most about a face comes first.
+std::string classNameOf(std::string_view keywords)
+{
+    for (const char* name : {"blackletter", "handwriting", "comic", "typewriter", "headline", "modern", "classic"}) {
+        if (containsWord(keywords, name)) {
+            return name;
+        }
+    }
+    return {};
+}
+
+// One line with "||" as separator must stay one.
+std::string lineSafe(std::string_view name)
+{
+    std::string safe(name);
+    for (char& character : safe) {
+        if (static_cast<unsigned char>(character) < 0x20 || character == '|') {
+            character = '_';
+        }
+    }
+    return safe;
+}
+
+} // namespace
+
+CatalogueReader::~CatalogueReader()
+{
+    sqlite3_close(m_database);
+}
+
+bool CatalogueReader::fail(const char* what, std::string& problem) const
+{
+    problem = std::string(what) + ": " + (m_database ? sqlite3_errmsg(m_database) : "out of memory");
+    return false;
+}
+
+sqlite3_stmt* CatalogueReader::prepare(const char* sql) const
+{
+    sqlite3_stmt* statement = nullptr;
+    return sqlite3_prepare_v2(m_database, sql, -1, &statement, nullptr) == SQLITE_OK ? statement : nullptr;
+}
+
+bool CatalogueReader::open(const std::string& path, std::string& problem)
+{
+    if (sqlite3_open_v2(path.c_str(), &m_database, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK) {
+        return fail("the database cannot be opened", problem);
+    }
+    sqlite3_busy_timeout(m_database, kBusyMilliseconds);
+    sqlite3_exec(m_database, "PRAGMA mmap_size = 2147418112", nullptr, nullptr, nullptr);
+    const Statement fonts(prepare("SELECT id, ps_name, other_info2, hwi, hwe, hhe, sc_all, sc_body, sc_head, deleted "
+                                  "FROM font LIMIT 0"));
+    const Statement features(prepare("SELECT font_id, featuredata FROM feature LIMIT 0"));
+    return (fonts && features) || fail("this is no font catalogue", problem);
+}
+
+std::int64_t CatalogueReader::dataVersion()
+{
+    const Statement statement(prepare("PRAGMA data_version"));
+    return statement && sqlite3_step(statement.get()) == SQLITE_ROW ? sqlite3_column_int64(statement.get(), 0) : -1;
+}
+
+bool CatalogueReader::readFonts(std::string& problem)
+{
+    m_fonts.clear();
+    const Statement statement(prepare("SELECT id, ps_name, other_info2, hwi, hwe, hhe, sc_all, sc_body, sc_head "
+                                      "FROM font WHERE coalesce(deleted, 0) = 0"));
+    int state = SQLITE_ERROR;
+    while (statement && (state = sqlite3_step(statement.get())) == SQLITE_ROW) {
+        const std::int64_t id = sqlite3_column_int64(statement.get(), 0);
+        if (id < std::numeric_limits<std::int32_t>::min() || id > std::numeric_limits<std::int32_t>::max()) {
+            continue;
+        }
+        CatalogueFont font;
+        font.id = static_cast<std::int32_t>(id);
+        font.postScriptName = lineSafe(text(statement.get(), 1));
+        const std::string_view keywords = text(statement.get(), 2);
+        font.serif = containsWord(keywords, "serif");
+        font.className = classNameOf(keywords);
+        font.hwi = sqlite3_column_int(statement.get(), 3);
+        font.hwe = sqlite3_column_int(statement.get(), 4);
+        font.hhe = sqlite3_column_int(statement.get(), 5);
+        for (int i = 0; i < 3; ++i) {
+            font.scores[static_cast<std::size_t>(i)] = sqlite3_column_int(statement.get(), 6 + i);
+        }
+        m_fonts.emplace(id, std::move(font));
+    }
+    return state == SQLITE_DONE || fail("the fonts cannot be read", problem);
+}
+
+// Two passes and no join: the feature rows are large and stay in the order the file has them.
+bool CatalogueReader::readAll(const Visit& visit, std::string& problem)
+{
+    sqlite3_exec(m_database, "BEGIN", nullptr, nullptr, nullptr);
+    const auto end = [this](bool good) {
+        sqlite3_exec(m_database, "COMMIT", nullptr, nullptr, nullptr);
+        return good;
+    };
+    if (!readFonts(problem)) {
+        return end(false);
+    }
+    int state = SQLITE_ERROR;
+    {
+        const Statement statement(prepare("SELECT font_id, featuredata FROM feature"));
+        while (statement && (state = sqlite3_step(statement.get())) == SQLITE_ROW) {
+            const auto found = m_fonts.find(sqlite3_column_int64(statement.get(), 0));
+            if (found == m_fonts.end() || found->second.written) {
+                continue;
+            }
+            const void* blob = sqlite3_column_blob(statement.get(), 1);
+            const int size = blob ? sqlite3_column_bytes(statement.get(), 1) : 0;
+            found->second.written = true;
+            if (!visit(found->second, {static_cast<const char*>(blob), static_cast<std::size_t>(size)})) {
+                return end(false);
+            }
+        }
+        if (state != SQLITE_DONE) {
+            fail("the features cannot be read", problem);
+        }
+    }
+    if (state != SQLITE_DONE) {
+        return end(false);
+    }
+    std::vector<const CatalogueFont*> rest;
+    for (const auto& [id, font] : m_fonts) {
+        if (!font.written) {
+            rest.push_back(&font);
+        }
+    }
+    std::sort(rest.begin(), rest.end(), [](const auto* a, const auto* b) { return a->id < b->id; });
+    return end(std::all_of(rest.begin(), rest.end(), [&visit](const auto* font) { return visit(*font, {}); }));
+}
+
+} // namespace kerval::helpers

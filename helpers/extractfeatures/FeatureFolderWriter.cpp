@@ -1,0 +1,198 @@
+#include "helpers/extractfeatures/FeatureFolderWriter.h"
+
+#include <algorithm>
+#include <bitset>
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace kerval::helpers {
+
+namespace {
+
+constexpr std::size_t kBufferSize = 1 << 16;
+constexpr std::string_view kWorkPrefix = ".new-";
+
+template <typename Number>
+std::string_view bytesOf(const Number& number)
+{
+    return {reinterpret_cast<const char*>(&number), sizeof number};
+}
+
+} // namespace
+
+FeatureFolderWriter::FeatureFolderWriter(const std::string& folder)
+    : m_folder(folder)
+    , m_workFolder(folder + "/" + std::string(kWorkPrefix) + std::to_string(getpid()))
+{
+    m_letterOf.fill(-1);
+    int place = 0;
+    for (const char character : featurefolder::characters) {
+        const auto code = static_cast<unsigned char>(character);
+        m_letterOf[code] = place++;
+        m_outputs.push_back({featurefolder::characterFile(code), {}, -1});
+    }
+    for (const std::string_view name :
+         {featurefolder::maximumsFile, featurefolder::hwiFile, featurefolder::hweFile, featurefolder::hheFile,
+          featurefolder::serifFile, featurefolder::scoresFile, featurefolder::infoFile, featurefolder::idsFile}) {
+        m_outputs.push_back({std::string(name), {}, -1});
+    }
+}
+
+FeatureFolderWriter::~FeatureFolderWriter()
+{
+    abandon();
+}
+
+void FeatureFolderWriter::abandon()
+{
+    for (Output& output : m_outputs) {
+        if (output.file >= 0) {
+            close(output.file);
+            output.file = -1;
+        }
+    }
+    std::error_code ignored;
+    std::filesystem::remove_all(m_workFolder, ignored);
+}
+
+bool FeatureFolderWriter::begin(std::string& problem)
+{
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(m_folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (entry->path().filename().string().compare(0, kWorkPrefix.size(), kWorkPrefix) == 0) {
+            std::error_code ignored;
+            std::filesystem::remove_all(entry->path(), ignored);
+        }
+    }
+    m_failed = false;
+    m_maximums.fill(0);
+    if (!std::filesystem::create_directory(m_workFolder, error)) {
+        problem = "the folder cannot be written: " + error.message();
+        return false;
+    }
+    for (Output& output : m_outputs) {
+        output.buffer.clear();
+        output.buffer.reserve(kBufferSize + featureByteCount);
+        output.file = ::open((m_workFolder + "/" + output.name).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+        if (output.file < 0) {
+            problem = output.name + " cannot be written: " + std::strerror(errno);
+            return false;
+        }
+    }
+    return true;
+}
+
+FeatureFolderWriter::Output& FeatureFolderWriter::output(std::string_view name)
+{
+    return *std::find_if(m_outputs.begin(), m_outputs.end(), [name](const Output& o) { return o.name == name; });
+}
+
+bool FeatureFolderWriter::flush(Output& output)
+{
+    std::size_t done = 0;
+    while (done < output.buffer.size()) {
+        const ssize_t count = ::write(output.file, output.buffer.data() + done, output.buffer.size() - done);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            m_failed = true;
+            return false;
+        }
+        done += static_cast<std::size_t>(count);
+    }
+    output.buffer.clear();
+    return true;
+}
+
+bool FeatureFolderWriter::put(Output& output, std::string_view bytes)
+{
+    output.buffer.append(bytes);
+    return output.buffer.size() < kBufferSize || flush(output);
+}
+
+bool FeatureFolderWriter::append(const CatalogueFont& font, std::string_view blob)
+{
+    static const FeatureVector nothing{};
+    std::bitset<featurefolder::characters.size()> seen;
+    FeatureBlobReader reader(blob);
+    unsigned char key = 0;
+    std::string_view bytes;
+    FeatureVector vector;
+    while (reader.next(key, bytes)) {
+        const int letter = m_letterOf[key];
+        if (letter < 0 || seen[static_cast<std::size_t>(letter)]) {
+            continue;
+        }
+        seen[static_cast<std::size_t>(letter)] = true;
+        std::memcpy(vector.data(), bytes.data(), featureByteCount);
+        float foreign = 0;
+        for (std::size_t i = 0; i < vector.size(); ++i) {
+            m_maximums[i] = std::max(m_maximums[i], vector[i]); // a NaN never wins
+            foreign += vector[i] * 0;                           // NaN as soon as one value is no finite number
+        }
+        if (foreign != 0) {
+            for (float& value : vector) {
+                value = std::isfinite(value) ? value : 0;
+            }
+        }
+        put(m_outputs[static_cast<std::size_t>(letter)],
+            {reinterpret_cast<const char*>(vector.data()), featureByteCount});
+    }
+    for (std::size_t letter = 0; letter < seen.size(); ++letter) {
+        if (!seen[letter]) {
+            put(m_outputs[letter], {reinterpret_cast<const char*>(nothing.data()), featureByteCount});
+        }
+    }
+    const char serif = font.serif ? 1 : 0;
+    put(output(featurefolder::serifFile), {&serif, 1});
+    put(output(featurefolder::hwiFile), bytesOf(font.hwi));
+    put(output(featurefolder::hweFile), bytesOf(font.hwe));
+    put(output(featurefolder::hheFile), bytesOf(font.hhe));
+    put(output(featurefolder::scoresFile), bytesOf(font.scores));
+    put(output(featurefolder::infoFile),
+        font.postScriptName + std::string(featurefolder::infoSeparator) + font.className + "\n");
+    put(output(featurefolder::idsFile), bytesOf(font.id));
+    return !m_failed;
+}
+
+bool FeatureFolderWriter::publish(std::string& problem)
+{
+    for (float& maximum : m_maximums) {
+        maximum = std::isfinite(maximum) ? maximum : 0;
+    }
+    put(output(featurefolder::maximumsFile), {reinterpret_cast<const char*>(m_maximums.data()), featureByteCount});
+    for (Output& output : m_outputs) {
+        const bool written = flush(output);
+        if (close(output.file) != 0 || !written) {
+            output.file = -1;
+            problem = output.name + " cannot be written: " + std::strerror(errno);
+            return false;
+        }
+        output.file = -1;
+    }
+    const std::string ids = m_folder + "/" + std::string(featurefolder::idsFile);
+    if (std::remove(ids.c_str()) != 0 && errno != ENOENT) {
+        problem = "the old files cannot be replaced: " + std::string(std::strerror(errno));
+        return false;
+    }
+    for (const Output& output : m_outputs) { // "ids.bin" is the last of them
+        const std::string from = m_workFolder + "/" + output.name;
+        const std::string to = m_folder + "/" + output.name;
+        if (std::rename(from.c_str(), to.c_str()) != 0) {
+            problem = output.name + " cannot be put in place: " + std::strerror(errno);
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace kerval::helpers

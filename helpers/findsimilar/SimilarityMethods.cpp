@@ -1,0 +1,55 @@
+#include "helpers/findsimilar/SimilarityMethods.h"
+
+#include "helpers/findsimilar/Harmony.h"
+#include "helpers/findsimilar/SmartChoice.h"
+
+namespace kerval::helpers {
+
+namespace {
+
+std::vector<Match> similarFaces(const FeatureFolder& folder, const SimilarityQuery& query)
+{
+    const std::vector<float> distances = FaceComparison(folder).distancesFrom(query.font, query.marked);
+    std::vector<Match> matches;
+    matches.reserve(distances.size());
+    for (std::size_t font = 0; font < distances.size(); ++font) {
+        matches.push_back({static_cast<int>(font), distances[font]});
+    }
+    // Equal copies of the face are at 0 as well, and the face itself still comes first. It is at 0 without any letter.
+    const auto self = static_cast<std::size_t>(query.font);
+    if (query.marked.empty() || query.marked[self]) {
+        matches[self].deviance = -1;
+    }
+    matches = bestMatches(std::move(matches), query.limit);
+    if (!matches.empty() && matches.front().deviance < 0) {
+        matches.front().deviance = 0;
+    }
+    return matches;
+}
+
+} // namespace
+
+bool needsNames(SimilarityMethod method)
+{
+    return method != SimilarityMethod::Similar;
+}
+
+std::vector<Match> findMatches(const FeatureFolder& folder, SimilarityMethod method, const SimilarityQuery& query)
+{
+    switch (method) {
+    case SimilarityMethod::Similar:
+        return similarFaces(folder, query);
+    case SimilarityMethod::SameFamily:
+    case SimilarityMethod::Contrast:
+    case SimilarityMethod::Body:
+    case SimilarityMethod::Headline:
+        return Harmony(folder).matches(method, query);
+    case SimilarityMethod::SmartAll:
+    case SimilarityMethod::SmartBody:
+    case SimilarityMethod::SmartHeadline:
+        return smartChoice(folder, method, query);
+    }
+    return {};
+}
+
+} // namespace kerval::helpers
