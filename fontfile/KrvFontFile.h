@@ -10,13 +10,13 @@
 #include <QString>
 
 class KrvFontFilePrivate;
+class KrvShapingFont;
 
-// FreeType's and HarfBuzz's handles by their own names, so that users of this header need neither library.
+// FreeType's handles by their own names, so that users of this header need not have the library.
 struct FT_FaceRec_;
 struct FT_GlyphSlotRec_;
 struct FT_Outline_;
 struct FT_Span_;
-struct hb_font_t;
 typedef struct FT_FaceRec_* FT_Face;
 typedef struct FT_GlyphSlotRec_* FT_GlyphSlot;
 
@@ -141,7 +141,7 @@ public:
     using SpanFunction = void (*)(int y, int count, const FT_Span_* spans, void* user);
     int hintedAdvance(unsigned int glyph) const; // whole pixels, hinted for the full grid
     bool renderOutline(FT_Outline_* outline, SpanFunction spans, void* user) const;
-    hb_font_t* shapingFont() const; // at the current size; null when not open
+    KrvShapingFont* shapingFont() const; // at the current size; null when not open
 
     static Format formatFromFileName(const QString& path);
     static QString extensionForFormat(Format format);

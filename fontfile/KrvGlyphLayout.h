@@ -49,18 +49,14 @@ public:
     Buffer<quint16> attributes() const;
     Buffer<qint32> advances() const;
     Buffer<QPoint> offsets() const;
-    Buffer<quint16> logClusters() const; // for each UTF-16 unit the first glyph of its cluster
+    Buffer<quint32> logClusters() const; // for each UTF-16 unit the first glyph of its cluster
     QVector<CharAttributes> charAttributes() const;
 
     // Width of the glyphs of UTF-16 units from ... from + length - 1; ranges that adjoin add up to their union.
     int textWidth(int from, int length) const;
 
 private:
-    void layOut();
-
-    bool m_laidOut = false;
-    std::unique_ptr<KrvShaperData> m_shaper;
+    std::shared_ptr<const KrvShaperData> m_shaper; // shared with the font, which keeps the last one
     QString m_text;
     KrvFontFile* m_font;
-    int m_glyphCount = 0;
 };

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QRect>
+
+#include <ft2build.h>
+#include FT_FREETYPE_H
+
+#include <climits>
+
+// The pixels that a rasteriser's spans cover, y growing downwards.
+struct InkBounds
+{
+    int left = INT_MAX;
+    int top = 0;
+    int right = INT_MIN;
+    int bottom = INT_MIN; // still this: nothing was covered
+
+    void add(int y, int count, const FT_Span* spans);
+    QRect rect() const { return bottom == INT_MIN ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom)); }
+};
