@@ -2,10 +2,11 @@
 
 #include <QHash>
 #include <QList>
-#include <QMutex>
 #include <QObject>
 #include <QReadWriteLock>
+#include <QScopedPointer>
 #include <QStringList>
+#include <QVariant>
 
 #include <functional>
 
@@ -37,6 +38,8 @@ public:
         int ranking = 0;
         QString note;
         QString familyName;
+
+        bool saysNothing() const;
     };
 
     struct Group
@@ -55,8 +58,6 @@ public:
         QList<FontHash> fontHashes;
         QStringList names;
     };
-
-    static const int CurrentVersion = 6;
 
     explicit KrvUserDatabase(QObject* parent = nullptr);
     ~KrvUserDatabase() override;
@@ -79,6 +80,7 @@ public:
     bool setHidden(const QList<FontHash>& fontHashes, bool hidden);
     int ranking(const FontHash& fontHash) const;
     bool setRanking(const FontHash& fontHash, int ranking);
+    bool setRanking(const QList<FontHash>& fontHashes, int ranking);
     QList<FontHash> allFontHashes() const;
 
     QString note(const FontHash& fontHash) const;
@@ -93,13 +95,16 @@ public:
     bool setUserDefinedFamilyName(const QList<FontHash>& fontHashes, const QString& familyName);
     QList<FontHash> familyFontHashes(const QList<int>& familyIds) const;
 
-    // The new group's id; 0 on failure.
+    // The new group's id; 0 on failure. Parent 0 is the top level.
     int addGroup(const QString& name, int parentId);
     // Takes the whole sub-tree along. False when there is no such group.
     bool removeGroup(int groupId);
+    // A null name or a parent below 0 stays as it is. False when there is no such group or it would become its own
+    // descendant.
     bool updateGroup(int groupId, const QString& name, int parentId);
     bool renameGroup(int groupId, const QString& name);
     bool clearGroup(int groupId);
+    // False when there is no such group.
     bool addFontsToGroup(const QList<FontHash>& fontHashes, int groupId);
     bool removeFontsFromGroup(const QList<FontHash>& fontHashes, int groupId);
     QList<Group> groups() const;
@@ -117,5 +122,37 @@ signals:
     void fontHiddenChanged(const KrvUserDatabase::FontHash& fontHash, bool isHidden);
 
 private:
-    class Transaction;
+    using RowReader = std::function<void(const QSqlQuery&)>;
+
+    QSqlDatabase connection() const;
+    bool execute(QSqlQuery& query) const;
+    bool execute(const QString& statement) const;
+    bool executeForAll(const QString& statement, const QVariantList& leading, const QVariantList& values,
+                       const RowReader& read = {}) const;
+    void announce(const std::function<void()>& signal);
+    bool ensureFonts(const QList<FontHash>& fontHashes) const;
+    bool updateFonts(const QString& assignment, const QVariant& value, const QList<FontHash>& fontHashes) const;
+    bool deleteUnusedNotes() const;
+    int findOrInsert(const QString& find, const QString& insert, const QString& text) const;
+    bool groupExists(int groupId) const;
+    QList<int> subTree(int groupId) const;
+    void loadFontData();
+    void changeFontData(const QList<FontHash>& fontHashes, const std::function<void(FontData&)>& change);
+
+    QScopedPointer<DatabaseConnectionFactory> m_connections;
+    QString m_setAsideFile;
+
+    // A writer holds the factory's write mutex from the outermost beginTransaction() to its end; what follows is its
+    // own meanwhile.
+    struct Savepoint
+    {
+        QString name;
+        int announcements;
+    };
+    QList<Savepoint> m_savepoints;
+    QList<std::function<void()>> m_announcements;
+    bool m_fontDataTouched = false;
+
+    mutable QReadWriteLock m_fontDataLock;
+    QHash<FontHash, FontData> m_fontData; // only fonts with anything to say
 };

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+
+class QSqlDatabase;
+
+// Brings the file of user.db into a state that KrvUserDatabase can work on, before anybody else opens it:
+//  - a file that is no database, or is damaged, is moved aside under a dated name together with its journals;
+//  - a missing or empty file gets the schema, in one transaction;
+//  - versions 1 to 5 are upgraded to the current one in one transaction, after a copy was kept beside the file
+//    ("user.db.version3"; a copy from an earlier attempt is not overwritten).
+// Other versions are left alone. Nothing is ever deleted.
+class UserDatabaseFile
+{
+public:
+    static const int CurrentVersion = 6;
+
+    explicit UserDatabaseFile(const QString& fileName);
+
+    // False when the file cannot be opened, created or upgraded; an older file is then unchanged.
+    bool prepare();
+    // Where a damaged file is now; empty when there was none.
+    QString setAsideFile() const;
+
+private:
+    enum class Condition
+    {
+        Sound,
+        Damaged,
+        Unreadable
+    };
+
+    Condition examine() const;
+    bool setAside();
+    bool create(const QSqlDatabase& database) const;
+    bool upgrade(const QSqlDatabase& database, int version) const;
+    bool keepCopy(const QSqlDatabase& database, int version) const;
+
+    QString m_fileName;
+    QString m_setAsideFile;
+};
