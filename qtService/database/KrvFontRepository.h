@@ -1,13 +1,19 @@
 #pragma once
 
 #include "qtService/database/FontCollectionInterface.h"
+#include "qtService/management/systemfm/SystemFontDescriptor.h"
 
 #include <QHash>
+#include <QMutex>
 #include <QReadWriteLock>
+#include <QSet>
 #include <QStringList>
 
 class FontRepositoryStrategy;
 class KrvUserDatabase;
+namespace kerval::systemfm {
+class SystemFontManager;
+}
 
 // The catalogue as the running system sees it: the collection that owns every record. It forwards reads and writes to
 // its strategy, merges what user.db and the operating system know of a font into the record, and announces changes.
@@ -22,7 +28,10 @@ class KrvFontRepository : public FontCollectionInterface
     Q_OBJECT
 
 public:
-    KrvFontRepository(const QSharedPointer<FontRepositoryStrategy>& strategy, KrvUserDatabase* userDatabase);
+    // Without a manager of system fonts it takes the process's own; on the thread that made the repository it follows
+    // what becomes active.
+    KrvFontRepository(const QSharedPointer<FontRepositoryStrategy>& strategy, KrvUserDatabase* userDatabase,
+                      kerval::systemfm::SystemFontManager* systemFonts = nullptr);
     ~KrvFontRepository() override;
 
     // The repository of the running service; null outside its life. For code that is handed none.
@@ -41,11 +50,12 @@ public:
     int fontCount() const override;
     bool hasFonts() const override;
 
-    // Stores new records and gives them their ids.
+    // Stores new records and gives them their ids. False when the storage did not take all of them; those it took
+    // count.
     bool addFonts(const QList<StaticFontPtr>& fonts);
     bool removeFonts(const QList<StaticFontPtr>& fonts);
     bool removeFont(const StaticFontPtr& font);
-    void removeAll();
+    bool removeAll();
 
     // Writes the named properties, which the caller has already set on the records: user data to user.db, the others to
     // the catalogue. When user.db refuses, the records get their stored user data back and nothing is announced.
@@ -71,26 +81,24 @@ private slots:
     void onFontsChanged(const QList<StaticFontPtr>& fontList);
 
 private:
-    // What the operating system reports of an active file.
-    struct ActiveFont
-    {
-        int activityType = 0;
-        QString registryName;
-    };
+    using ActiveFonts = QSet<kerval::systemfm::SystemFontDescriptor>;
 
-    QHash<QString, ActiveFont> readActiveFonts() const;
-    void applyUserDataFrom(const QHash<QString, ActiveFont>& activeFonts, const QList<StaticFontPtr>& fonts) const;
+    ActiveFonts systemActiveFonts() const;
+    void merge(const ActiveFonts& activeFonts, const QList<StaticFontPtr>& fonts) const;
     bool storeUserData(const QList<StaticFontPtr>& fonts, const QStringList& changedProperties);
     void storeActivity(const QList<StaticFontPtr>& fonts);
-    QList<int> recountDuplicates(const QStringList& keys);
+    QList<int> recountDuplicates(const QSet<QString>& keys);
     void refreshFoundries();
 
     mutable QReadWriteLock m_lock; // guards the three tables below
     QSharedPointer<FontRepositoryStrategy> m_strategy;
     KrvUserDatabase* m_userDatabase;
-    QHash<QString, ActiveFont> m_activeFonts; // by path as activeFontKey() makes it
+    kerval::systemfm::SystemFontManager* m_systemFonts;
+    ActiveFonts m_activeFonts;
     QMultiHash<QString, int> m_duplicateKeys;
     QStringList m_foundries;
+    // Held over a change of m_duplicateKeys and the counting after it, so that the last count is the right one.
+    QMutex m_duplicatesMutex;
 };
 
 using KrvFontRepositoryPtr = QSharedPointer<KrvFontRepository>;
