@@ -72,9 +72,11 @@ protected:
     // Takes the changed fonts in or out according to `matching` (those of them that belong here) and announces it.
     void followChange(const QList<int>& fontIds, const QList<int>& matching);
     QList<int> membersAmong(const QList<int>& fontIds) const;
+    // The records of those fonts that the source has.
+    QList<StaticFontPtr> recordsInSource(const QList<int>& fontIds) const;
 
 private:
-    void connectSource();
+    QSharedPointer<MatchingCriteria> criteriaAmong(const QList<int>& fontIds) const;
 
     mutable QReadWriteLock m_lock; // guards members, name and criteria
     FontMembers m_fontIds;

@@ -2,16 +2,18 @@
 
 #include "qtService/management/FontGroup.h"
 
+#include <QHash>
+
 class QDateTime;
 
-// The `maxCount` fonts of the source with the newest date of one kind, newest first, among those that have one. Any
-// change of the source makes it look at the dates again.
+// The `maxCount` fonts of the source with the newest date of one kind, newest first, among those that have one. It
+// remembers the dates of its candidates, so that a change of the source costs a look at the fonts that changed.
 class RecentDatedFontsGroup : public FontGroup
 {
     Q_OBJECT
 
 protected:
-    using DateOf = QDateTime (*)(const fms::StaticFont&);
+    using DateOf = QDateTime (fms::StaticFont::*)() const;
 
     RecentDatedFontsGroup(const QSharedPointer<FontCollectionInterface>& source, const QString& name, DateOf dateOf,
                           int maxCount);
@@ -22,9 +24,12 @@ protected slots:
     void onSourceFontsChanged(const QList<int>& fontIdList) override;
 
 private:
-    void update(const QList<int>& touched, bool notify);
+    // True when the candidates are others than before, or others come first.
+    bool readDates(const QList<int>& fontIds, const QList<StaticFontPtr>& fonts);
+    QList<int> newest() const;
+    void update(const QList<int>& fontIds, const QList<StaticFontPtr>& fonts);
 
     DateOf m_dateOf;
-    QList<int> m_sortedIds; // every candidate, newest first
     int m_maxCount;
+    QHash<int, qint64> m_dates; // every candidate; used on the group's thread only
 };

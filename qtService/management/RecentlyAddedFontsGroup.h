@@ -17,8 +17,8 @@ protected slots:
     void onSourceFontsChanged(const QList<int>& fontIdList) override;
 
 private:
-    QList<int> top() const;
+    QList<int> newest() const;
 
-    FontMembers m_sortedIds; // every candidate, oldest first, so that new ones are appended
+    FontMembers m_sortedIds; // every candidate, oldest first: new ones are appended
     int m_maxCount;
 };

@@ -24,7 +24,6 @@ protected slots:
 
 private:
     QList<int> systemFontsAmong(const QList<int>& fontIds) const;
-    void findMembers();
 
     QSet<QString> m_systemFontFiles;
     QString m_systemFontsFolder; // with forward slashes, ending in one

@@ -18,7 +18,6 @@ public:
 
 protected slots:
     void onFontsAddedToSource(const QList<int>& fontIdList) override;
-    void onFontsRemovedFromSource(const QList<int>& fontIdList) override;
     void onSourceFontsChanged(const QList<int>& fontIdList) override;
 
 private slots:
@@ -28,6 +27,7 @@ private slots:
 
 private:
     void reload(bool notify);
+    QList<int> fontsWithHashes() const;
 
     QPointer<KrvUserDatabase> m_userDatabase;
     int m_groupId;

@@ -1,0 +1,116 @@
+#include "qtService/management/FontGroupFindMathingFontsCommand.h"
+
+#include "qtService/management/FontGroup.h"
+
+namespace {
+
+QSharedPointer<FontCollectionInterface> rootOf(QSharedPointer<FontCollectionInterface> collection)
+{
+    while (const auto group = collection.objectCast<FontGroup>())
+        collection = group->source();
+    return collection;
+}
+
+// The ids of a condition that restricts the query to some fonts; false when it is no such condition.
+bool idsOfCondition(const MatchingCriteriaPtr& condition, QList<int>* ids)
+{
+    if (condition->groupKind() != MatchingCriteria::Leaf || condition->propertyName() != QLatin1String("id") ||
+        (condition->operatorFlags() & MatchingCriteria::Not))
+        return false;
+    const QVariant value = condition->value();
+    if (condition->operatorFlags() & MatchingCriteria::Equal) {
+        *ids = {value.toInt()};
+        return true;
+    }
+    if (!(condition->operatorFlags() & MatchingCriteria::InList))
+        return false;
+    if (value.userType() == qMetaTypeId<QList<int>>()) {
+        *ids = value.value<QList<int>>();
+        return true;
+    }
+    ids->clear();
+    for (const QVariant& item : value.toList())
+        ids->append(item.toInt());
+    return true;
+}
+
+} // namespace
+
+FontGroupFindMathingFontsCommand::FontGroupFindMathingFontsCommand(
+    const QSharedPointer<FontCollectionInterface>& source, const FontMembers& members,
+    const MatchingCriteriaPtr& criteria, bool idsOnly)
+    : FindMathingFontsCommand(criteria, idsOnly)
+    , m_root(rootOf(source))
+    , m_members(members)
+{
+}
+
+FontGroupFindMathingFontsCommand::~FontGroupFindMathingFontsCommand()
+{
+    waitForFinished();
+}
+
+void FontGroupFindMathingFontsCommand::operator()()
+{
+    if (state() == Cancelled)
+        return;
+    setState(Running);
+
+    const auto query = m_root->createFindMathingFontsCommand(criteriaAmongMembers(), idsOnly());
+    query->setOrdering(orderProperty(), sortOrder());
+    query->start();
+    query->waitForFinished();
+    if (state() == Cancelled)
+        return;
+
+    const bool ownOrder = orderProperty().isEmpty();
+    if (idsOnly())
+        setFontIds(ownOrder ? m_members.inOrder(query->fontIds()) : query->fontIds());
+    else
+        setFonts(ownOrder ? inGroupOrder(query->fonts()) : query->fonts());
+    setState(query->state() == Finished ? Finished : Failed);
+}
+
+// The query asks for some fonts by id, or for all: what it asks for is cut down to members here, where that is a hash
+// test, and the root looks its candidates up instead of reading the whole catalogue.
+MatchingCriteriaPtr FontGroupFindMathingFontsCommand::criteriaAmongMembers() const
+{
+    const MatchingCriteriaPtr asked = criteria();
+    QList<MatchingCriteriaPtr> conditions;
+    if (asked && asked->groupKind() == MatchingCriteria::AllOf)
+        conditions = asked->children();
+    else if (asked)
+        conditions.append(asked);
+
+    QList<int> candidates = m_members.ids();
+    for (int i = 0; i < conditions.size(); ++i) {
+        QList<int> ids;
+        if (idsOfCondition(conditions.at(i), &ids)) {
+            candidates = m_members.inOrder(ids);
+            conditions.removeAt(i);
+            break;
+        }
+    }
+    conditions.prepend(MatchingCriteria::idIn(candidates));
+    return MatchingCriteria::allOf(conditions);
+}
+
+QList<StaticFontPtr> FontGroupFindMathingFontsCommand::inGroupOrder(const QList<StaticFontPtr>& fonts) const
+{
+    QList<int> ids;
+    ids.reserve(fonts.size());
+    for (const StaticFontPtr& font : fonts)
+        ids.append(font->id());
+    const QList<int> ordered = m_members.inOrder(ids);
+    if (ordered == ids)
+        return fonts;
+    QHash<int, StaticFontPtr> byId;
+    byId.reserve(fonts.size());
+    for (int i = 0; i < fonts.size(); ++i)
+        byId.insert(ids.at(i), fonts.at(i));
+    QList<StaticFontPtr> result;
+    result.reserve(ordered.size());
+    for (int id : ordered)
+        result.append(byId.value(id));
+    return result;
+}

@@ -1,7 +1,0 @@
-#include "rest/Server.h"
-
-namespace api::rest {
-
-void Server::addResources(const QSharedPointer<FontManagementService>&) {}
-
-} // namespace api::rest
