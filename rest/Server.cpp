@@ -1,0 +1,131 @@
+#include "rest/Server.h"
+
+#include "rest/http/QHttpRequest.h"
+#include "rest/http/QHttpResponse.h"
+
+#include <QDebug>
+
+#include <algorithm>
+#include <exception>
+
+namespace api::rest {
+
+Server::Server(const QSharedPointer<FontManagementService>& service, QObject* parent)
+    : QObject(parent)
+    , m_service(service)
+{
+    addResources(service);
+    connect(&m_httpServer, &QHttpServer::newRequest, this, &Server::prepareRequest);
+}
+
+Server::~Server() = default;
+
+void Server::addHandler(const std::string& pattern, ResourceHandler* handler)
+{
+    // PCRE instead of the standard library's expressions, which recurse for each character of a path.
+    const QRegularExpression expression(QRegularExpression::anchoredPattern(QString::fromStdString(pattern)));
+    Q_ASSERT(expression.isValid());
+    m_routes.push_back({pattern, expression, std::shared_ptr<ResourceHandler>(handler)});
+}
+
+QVector<Server::Route> Server::routes() const
+{
+    QVector<Route> routes;
+    for (const RouteEntry& entry : m_routes)
+        routes.append({QString::fromStdString(entry.pattern), entry.handler->methods()});
+    return routes;
+}
+
+bool Server::listen(quint16 port)
+{
+    m_accessPolicy = AccessPolicy::fromSettings();
+    return m_httpServer.listen(port);
+}
+
+void Server::close()
+{
+    m_httpServer.close();
+}
+
+quint16 Server::port() const
+{
+    return m_httpServer.serverPort();
+}
+
+void Server::setAccessPolicy(const AccessPolicy& policy)
+{
+    m_accessPolicy = policy;
+}
+
+void Server::prepareRequest(QHttpRequest* request, QHttpResponse* response)
+{
+    if (!m_accessPolicy.allows(*request)) {
+        response->setHeader(QStringLiteral("Connection"), QStringLiteral("close"));
+        response->setHeader(QStringLiteral("Content-Length"), QStringLiteral("0"));
+        response->writeHead(QHttpResponse::STATUS_FORBIDDEN);
+        response->end();
+        return;
+    }
+    connect(request, &QHttpRequest::data, request, &QHttpRequest::appendBody);
+    connect(request, &QHttpRequest::end, this, &Server::onBodyLoaded);
+    m_pending.insert(request, response);
+    // The HTTP layer answers by itself when a body grows too large, and drops what does not arrive whole.
+    connect(response, &QObject::destroyed, this, [this, request, response] {
+        if (m_pending.value(request) == response)
+            m_pending.remove(request);
+    });
+}
+
+void Server::onBodyLoaded()
+{
+    auto* request = qobject_cast<QHttpRequest*>(sender());
+    const QPointer<QHttpResponse> response = m_pending.take(request);
+    if (!request || !response || response->isFinished() || !request->isComplete())
+        return;
+    dispatch(request, response, handlerFor(request->path()));
+}
+
+std::shared_ptr<ResourceHandler> Server::handlerFor(const QString& path) const
+{
+    const auto route = std::find_if(m_routes.cbegin(), m_routes.cend(),
+                                    [&](const RouteEntry& entry) { return entry.expression.match(path).hasMatch(); });
+    return route == m_routes.cend() ? nullptr : route->handler;
+}
+
+// Static, with a handler of its own share: while a handler waits in an event loop the server may be destroyed.
+void Server::dispatch(QHttpRequest* request, const QPointer<QHttpResponse>& response,
+                      const std::shared_ptr<ResourceHandler>& handler)
+{
+    if (!handler) {
+        response->writeHead(QHttpResponse::STATUS_NOT_FOUND);
+        response->end();
+        return;
+    }
+
+    ResourceHandler::Headers headers;
+    QByteArray body;
+    int status = QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
+    try {
+        status = handler->handle(request, &headers, &body);
+    } catch (const std::exception& error) {
+        // An answer too large for the memory must not end the service.
+        qWarning() << "E_0_"
+                   << "A request failed:" << error.what();
+        headers.clear();
+        body.clear();
+    }
+    if (!response || response->isFinished())
+        return;
+
+    QStringList names = headers.keys();
+    names.sort();
+    for (const QString& name : qAsConst(names))
+        response->setHeader(name, headers.value(name));
+    response->setHeader(QStringLiteral("Access-Control-Allow-Origin"), QStringLiteral("*"));
+    response->setHeader(QStringLiteral("Access-Control-Expose-Headers"), names.join(QLatin1String(", ")));
+    response->writeHead(status);
+    response->write(body);
+    response->end();
+}
+
+} // namespace api::rest

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "rest/AccessPolicy.h"
+#include "rest/ResourceHandler.h"
+#include "rest/http/QHttpServer.h"
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QSharedPointer>
+#include <QVector>
+#include <memory>
+#include <string>
+
+class FontManagementService;
+class QHttpRequest;
+class QHttpResponse;
+
+namespace api::rest {
+
+// The REST/JSON interface of the running service. Routes are tried in the order in which they were added; the first
+// whose pattern matches the whole decoded path answers. Main thread only.
+//
+// The service has to be started before the first request is served, and may stop only after close().
+class Server : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Route
+    {
+        QString pattern;
+        ResourceHandler::Methods methods;
+    };
+
+    // Adds the routes of the library's resources.
+    explicit Server(const QSharedPointer<FontManagementService>& service, QObject* parent = nullptr);
+    ~Server() override;
+
+    // Appends a route; takes the handler over.
+    void addHandler(const std::string& pattern, ResourceHandler* handler);
+    QVector<Route> routes() const;
+
+    // On all interfaces; who is answered there is read from the settings now.
+    bool listen(quint16 port);
+    void close();
+    // 0 while not listening.
+    quint16 port() const;
+    void setAccessPolicy(const AccessPolicy& policy);
+
+private slots:
+    void prepareRequest(QHttpRequest* request, QHttpResponse* response);
+    void onBodyLoaded();
+
+private:
+    struct RouteEntry
+    {
+        std::string pattern;
+        QRegularExpression expression;
+        std::shared_ptr<ResourceHandler> handler; // shared with the requests it is answering
+    };
+
+    void addResources(const QSharedPointer<FontManagementService>& service);
+    std::shared_ptr<ResourceHandler> handlerFor(const QString& path) const;
+    static void dispatch(QHttpRequest* request, const QPointer<QHttpResponse>& response,
+                         const std::shared_ptr<ResourceHandler>& handler);
+
+    QHttpServer m_httpServer;
+    std::vector<RouteEntry> m_routes;
+    QSharedPointer<FontManagementService> m_service;
+    QHash<QHttpRequest*, QHttpResponse*> m_pending;
+    AccessPolicy m_accessPolicy;
+};
+
+} // namespace api::rest

@@ -1,0 +1,7 @@
+#include "rest/Server.h"
+
+namespace api::rest {
+
+void Server::addResources(const QSharedPointer<FontManagementService>&) {}
+
+} // namespace api::rest
