@@ -135,6 +135,7 @@ public:
 
     const QHash<QString, FontTableColumn>& fontColumns() const;
     const QHash<QString, FeatureTableColumn>& featureColumns() const;
+    // Column 0 for a name that is none.
     FontTableColumn fontColumn(const QString& name) const;
     QString fontColumnName(FontTableColumn column) const;
     FeatureTableColumn featureColumn(const QString& name) const;
@@ -143,8 +144,7 @@ public:
     const QSet<FeatureTableColumn>& plainFeatureColumns() const;
 
 private:
-    void open();
-    void createTables(const QSqlDatabase& database);
+    void createTablesWhenEmpty();
 
     const QString m_fileName;
     QSharedPointer<DatabaseConnectionFactory> m_connectionFactory;

@@ -7,6 +7,7 @@
 #include <QDir>
 
 #include <limits>
+#include <vector>
 
 namespace fms {
 
@@ -146,9 +147,13 @@ int StaticFontData::opticalSize() const
 
 bool StaticFontData::hasClass(StaticFont::Classification value) const
 {
-    // An empty keyword is found in every text, as in any substring search.
-    const FoldedWord keyword(FontClassificationStringMapper::instance()->toString(value));
-    return keyword.isIn(otherInfo2.folded());
+    static const std::vector<FoldedWord> keywords = [] {
+        std::vector<FoldedWord> words;
+        for (int i = StaticFont::NoClassification; i <= StaticFont::HatedFonts; ++i)
+            words.emplace_back(FontClassificationStringMapper::instance()->toString(StaticFont::Classification(i)));
+        return words;
+    }();
+    return keywords[size_t(value)].isIn(otherInfo2.folded());
 }
 
 QString StaticFontData::computedFontHash() const

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "qtService/database/RecordReadStrategyInterface.h"
+
+#include <QHash>
+#include <QMetaProperty>
+#include <QSharedPointer>
+#include <QVector>
+
+// Rows over objects: each column is a property, looked up once. A null object, a column without a property name and a
+// name that is no property give an invalid value.
+template <class Column, class T>
+class ObjectPropertyRecordReadStrategy : public RecordReadStrategyInterface<Column>
+{
+public:
+    ObjectPropertyRecordReadStrategy(const QList<QSharedPointer<T>>& objects, const QList<Column>& columns,
+                                     const QHash<Column, QString>& propertyNames)
+        : m_objects(objects)
+        , m_columns(columns)
+    {
+        for (auto it = propertyNames.cbegin(); it != propertyNames.cend(); ++it)
+            m_properties.insert(it.key(), property(it.value()));
+        for (Column column : columns)
+            m_columnProperties.append(m_properties.value(column));
+    }
+
+    QVariant value(int row, Column column) override { return read(row, m_properties.value(column)); }
+
+    QVariant value(int row, int columnIndex) override
+    {
+        return columnIndex >= 0 && columnIndex < m_columnProperties.size()
+                   ? read(row, m_columnProperties.at(columnIndex))
+                   : QVariant();
+    }
+
+    int rowCount() override { return m_objects.size(); }
+    int columnCount() override { return m_columns.size(); }
+    QList<Column> columns() override { return m_columns; }
+
+private:
+    static QMetaProperty property(const QString& name)
+    {
+        const int index = T::staticMetaObject.indexOfProperty(name.toUtf8().constData());
+        return index < 0 ? QMetaProperty() : T::staticMetaObject.property(index);
+    }
+
+    QVariant read(int row, const QMetaProperty& property) const
+    {
+        const T* const object = row >= 0 && row < m_objects.size() ? m_objects.at(row).data() : nullptr;
+        return object && property.isValid() ? property.read(object) : QVariant();
+    }
+
+    const QList<QSharedPointer<T>> m_objects;
+    const QList<Column> m_columns;
+    QHash<Column, QMetaProperty> m_properties;
+    QVector<QMetaProperty> m_columnProperties;
+};
