@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <initializer_list>
+#include <set>
 #include <string_view>
 
 #include FT_ADVANCES_H
@@ -16,7 +18,13 @@ namespace kerval::adder {
 
 namespace {
 
-constexpr int lettersThatTell = 10;
+constexpr std::size_t glyphsThatTell = 10;
+constexpr int firstCharacters = 64;
+
+constexpr int boldWeightClass = 700;
+constexpr int heaviestWeightClass = 1000;
+constexpr FT_UShort macStyleBold = 1;
+constexpr FT_UShort macStyleItalic = 2;
 
 enum class Pitch
 {
@@ -25,23 +33,60 @@ enum class Pitch
     Variable,
 };
 
-Pitch measuredPitch(FT_Face face)
+// Compares the advances of distinct glyphs, because faces of other scripts often give all Latin letters one empty box.
+class PitchMeasure
 {
-    if (!face->charmap || face->charmap->encoding != FT_ENCODING_UNICODE)
-        return Pitch::Unknown;
-    int letters = 0;
-    FT_Fixed common = 0;
-    for (const char c : helpers::featureAlphabet) {
-        const FT_UInt glyph = FT_Get_Char_Index(face, static_cast<FT_ULong>(c));
-        FT_Fixed advance = 0;
-        if (glyph == 0 || FT_Get_Advance(face, glyph, FT_LOAD_NO_SCALE, &advance) != 0 || advance == 0)
-            continue;
-        if (letters++ == 0)
-            common = advance;
-        else if (advance != common)
-            return Pitch::Variable;
+public:
+    explicit PitchMeasure(FT_Face face)
+        : m_face(face)
+    {
     }
-    return letters >= lettersThatTell ? Pitch::Fixed : Pitch::Unknown;
+
+    void add(FT_UInt glyph)
+    {
+        FT_Fixed advance = 0;
+        if (glyph == 0 || FT_Get_Advance(m_face, glyph, FT_LOAD_NO_SCALE, &advance) != 0 || advance == 0)
+            return;
+        m_varies = m_varies || (!m_glyphs.empty() && advance != m_advance);
+        m_advance = advance;
+        m_glyphs.insert(glyph);
+    }
+
+    Pitch pitch() const
+    {
+        if (m_glyphs.size() < glyphsThatTell)
+            return Pitch::Unknown;
+        return m_varies ? Pitch::Variable : Pitch::Fixed;
+    }
+
+private:
+    FT_Face m_face;
+    std::set<FT_UInt> m_glyphs;
+    FT_Fixed m_advance = 0;
+    bool m_varies = false;
+};
+
+Pitch latinPitch(FT_Face face)
+{
+    PitchMeasure measure(face);
+    if (face->charmap && face->charmap->encoding == FT_ENCODING_UNICODE)
+        for (const char c : helpers::featureAlphabet)
+            measure.add(FT_Get_Char_Index(face, static_cast<FT_ULong>(c)));
+    return measure.pitch();
+}
+
+Pitch pitchOfFirstCharacters(FT_Face face)
+{
+    PitchMeasure measure(face);
+    FT_ULong character = ' ';
+    for (int i = 0; i < firstCharacters; ++i) {
+        FT_UInt glyph = 0;
+        character = FT_Get_Next_Char(face, character, &glyph);
+        if (glyph == 0)
+            break;
+        measure.add(glyph);
+    }
+    return measure.pitch();
 }
 
 bool isFixedByPanose(const TT_OS2& os2)
@@ -53,19 +98,21 @@ bool isFixedByPanose(const TT_OS2& os2)
 
 bool hasOnePitch(FT_Face face, const TT_OS2* os2)
 {
-    const Pitch pitch = measuredPitch(face);
+    const Pitch pitch = latinPitch(face);
     if (pitch != Pitch::Unknown)
         return pitch == Pitch::Fixed;
-    return FT_IS_FIXED_WIDTH(face) || (os2 && isFixedByPanose(*os2));
+    const bool claimed = FT_IS_FIXED_WIDTH(face) || (os2 && isFixedByPanose(*os2));
+    return claimed && pitchOfFirstCharacters(face) != Pitch::Variable;
 }
 
-bool saysSmallCaps(const char* name)
+bool says(const char* name, std::initializer_list<std::string_view> words)
 {
     std::string folded;
     for (; name && *name; ++name)
         if (std::isalpha(static_cast<unsigned char>(*name)))
             folded += static_cast<char>(std::tolower(static_cast<unsigned char>(*name)));
-    return folded.find("smallcap") != std::string::npos;
+    return std::any_of(words.begin(), words.end(),
+                       [&folded](std::string_view word) { return folded.find(word) != std::string::npos; });
 }
 
 bool hasLigatureCharacters(FT_Face face)
@@ -82,11 +129,14 @@ FaceStyle FaceStyle::of(const FontFace& font)
     const LayoutFeatures features(face);
 
     FaceStyle style;
-    style.isBold = (face->style_flags & FT_STYLE_FLAG_BOLD) != 0;
-    style.isItalic = (face->style_flags & FT_STYLE_FLAG_ITALIC) != 0;
+    const auto* head = static_cast<const TT_Header*>(FT_Get_Sfnt_Table(face, FT_SFNT_HEAD));
+    style.isBold = (face->style_flags & FT_STYLE_FLAG_BOLD) != 0 || (head && (head->Mac_Style & macStyleBold) != 0) ||
+                   (os2 && os2->usWeightClass >= boldWeightClass && os2->usWeightClass <= heaviestWeightClass);
+    style.isItalic = (face->style_flags & FT_STYLE_FLAG_ITALIC) != 0 ||
+                     (head && (head->Mac_Style & macStyleItalic) != 0) || says(face->style_name, {"italic", "oblique"});
     style.isMonospaced = hasOnePitch(face, os2);
     style.isSmallCaps =
-        features.hasSmallCapitals() || saysSmallCaps(face->family_name) || saysSmallCaps(face->style_name);
+        features.hasSmallCapitals() || says(face->family_name, {"smallcap"}) || says(face->style_name, {"smallcap"});
     style.hasLigatures = features.hasLigatures();
 
     if (font.kind() == OutlineKind::Type1) {

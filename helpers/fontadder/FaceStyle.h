@@ -6,9 +6,10 @@ namespace kerval::adder {
 
 class FontFace;
 
-// What a face is, from its tables. Bold and italic are the style links (OS/2, else head; the weight name of a Type 1
-// font): a Black that heads a family of its own is not bold. Fixed pitch is measured on the advances of letters and
-// digits, because the tables are often wrong, and taken from them (post, PANOSE) where there are none.
+// What a face is, from its tables. Bold and italic count when any of OS/2, head and the style name (the weight name and
+// the metrics file of a Type 1 font) says so, because fonts often set only one of them; every weight from 700 is bold.
+// Fixed pitch is measured on the advances of letters and digits, because the tables are often wrong, and taken from
+// them (post, PANOSE) where there are none.
 struct FaceStyle
 {
     bool isBold = false;
