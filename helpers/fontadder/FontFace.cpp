@@ -4,6 +4,7 @@
 #include "helpers/fontadder/platform.h"
 
 #include <array>
+#include <utility>
 
 #include <nettle/sha1.h>
 
@@ -50,7 +51,7 @@ std::string reasonOf(FT_Error code)
     }
 }
 
-const FT_Byte* bytesOf(const std::string& content)
+const FT_Byte* bytesOf(std::string_view content)
 {
     return reinterpret_cast<const FT_Byte*>(content.data());
 }
@@ -82,7 +83,8 @@ BigEndianReader BigEndianReader::from(std::size_t offset) const
 }
 
 FontFace::FontFace()
-    : m_companions(std::make_unique<Type1Companions>())
+    : m_content(std::make_unique<platform::FileContent>())
+    , m_companions(std::make_unique<Type1Companions>())
 {
 }
 
@@ -106,22 +108,22 @@ std::unique_ptr<FontFace> FontFace::open(const std::string& fileName, int faceIn
 
 bool FontFace::readFile(const std::string& fileName, std::string& error)
 {
-    if (!platform::readFile(fileName, maximalFileSize, m_content, error))
+    if (!m_content->read(fileName, maximalFileSize, error))
         return false;
-    if (m_content.empty()) {
+    if (m_content->isEmpty()) {
         error = "the file is empty";
         return false;
     }
-    m_fileHash = sha1(m_content);
-    *m_companions = Type1Companions::find(fileName, m_content);
+    m_fileHash = sha1(m_content->bytes());
+    *m_companions = Type1Companions::find(fileName, m_content->bytes());
     if (m_companions->isMetricsFile) {
-        if (m_companions->outlines.empty()) {
+        if (m_companions->outlines.isEmpty()) {
             error = "the outline file beside the metrics file is missing";
             return false;
         }
-        m_content.swap(m_companions->outlines);
+        std::swap(*m_content, m_companions->outlines);
     }
-    platform::limitResources(m_content.size());
+    platform::limitResources(m_content->bytes().size());
     return true;
 }
 
@@ -131,8 +133,8 @@ bool FontFace::openFace(int faceIndex, std::string& error)
         error = "the font library does not start";
         return false;
     }
-    const auto size = static_cast<FT_Long>(m_content.size());
-    if (const FT_Error code = FT_New_Memory_Face(m_library, bytesOf(m_content), size, faceIndex, &m_face)) {
+    const auto size = static_cast<FT_Long>(m_content->bytes().size());
+    if (const FT_Error code = FT_New_Memory_Face(m_library, bytesOf(m_content->bytes()), size, faceIndex, &m_face)) {
         error = reasonOf(code);
         return false;
     }

@@ -11,6 +11,9 @@
 
 namespace kerval::adder {
 
+namespace platform {
+class FileContent;
+}
 struct Type1Companions;
 
 // Big-endian numbers of a table; what lies outside it reads as 0 or as nothing.
@@ -68,7 +71,7 @@ private:
     bool determineKind();
     void attachMetrics();
 
-    std::string m_content;
+    std::unique_ptr<platform::FileContent> m_content;
     std::string m_fileHash;
     std::unique_ptr<Type1Companions> m_companions;
     FT_Library m_library = nullptr;

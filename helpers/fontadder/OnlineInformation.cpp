@@ -160,11 +160,11 @@ long long toDate(const std::u16string& value)
 
 OnlineInformation OnlineInformation::besideFile(const std::string& fileName)
 {
-    std::string settings;
+    platform::FileContent settings;
     std::string error;
-    if (!platform::readFile(fileName + ".onlineinfo", maximalSize, settings, error))
+    if (!settings.read(fileName + ".onlineinfo", maximalSize, error))
         return {};
-    return parse(settings);
+    return parse(settings.bytes());
 }
 
 OnlineInformation OnlineInformation::parse(std::string_view settings)

@@ -1,7 +1,6 @@
 #include "helpers/fontadder/Type1Companions.h"
 
 #include "helpers/fontadder/NameText.h"
-#include "helpers/fontadder/platform.h"
 
 #include <algorithm>
 
@@ -55,19 +54,18 @@ std::string suffixOf(const std::string& fileName)
     return suffix;
 }
 
-std::string companion(const std::string& fileName, std::string_view suffix, std::size_t limit)
+platform::FileContent companion(const std::string& fileName, std::string_view suffix, std::size_t limit)
 {
-    std::string content;
+    platform::FileContent content;
     std::string error;
-    const auto path = platform::companionFile(fileName, suffix);
-    if (!path || !platform::readFile(*path, limit, content, error))
-        content.clear();
+    if (const auto path = platform::companionFile(fileName, suffix))
+        content.read(*path, limit, error);
     return content;
 }
 
 } // namespace
 
-Type1Companions Type1Companions::find(const std::string& fileName, const std::string& content)
+Type1Companions Type1Companions::find(const std::string& fileName, std::string_view content)
 {
     Type1Companions found;
     const std::string suffix = suffixOf(fileName);
@@ -77,10 +75,10 @@ Type1Companions Type1Companions::find(const std::string& fileName, const std::st
         return found;
     found.isMetricsFile = isPfm || isAfm;
     for (const std::string_view outlines : {"pfb", "pfa", "t1"})
-        if (found.isMetricsFile && found.outlines.empty())
+        if (found.isMetricsFile && found.outlines.isEmpty())
             found.outlines = companion(fileName, outlines, maximalOutlineSize);
-    found.pfm = isPfm ? content : companion(fileName, "pfm", maximalMetricsSize);
-    found.afm = isAfm ? content : companion(fileName, "afm", maximalMetricsSize);
+    found.pfm = isPfm ? std::string(content) : std::string(companion(fileName, "pfm", maximalMetricsSize).bytes());
+    found.afm = isAfm ? std::string(content) : std::string(companion(fileName, "afm", maximalMetricsSize).bytes());
     return found;
 }
 

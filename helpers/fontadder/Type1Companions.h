@@ -1,5 +1,7 @@
 #pragma once
 
+#include "helpers/fontadder/platform.h"
+
 #include <string>
 #include <string_view>
 
@@ -11,12 +13,12 @@ namespace kerval::adder {
 struct Type1Companions
 {
     bool isMetricsFile = false; // the named file holds metrics; "outlines" is the file beside it
-    std::string outlines;
+    platform::FileContent outlines;
     std::string pfm;
     std::string afm;
 
     // Reads what belongs to the named file, if that is one of a Type 1 font; what is missing or unreadable stays empty.
-    static Type1Companions find(const std::string& fileName, const std::string& content);
+    static Type1Companions find(const std::string& fileName, std::string_view content);
 };
 
 // The texts of a Windows metrics file.

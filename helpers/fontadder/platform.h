@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,9 +14,20 @@ namespace kerval::adder::platform {
 // standard error and exit code 3. Does nothing under a sanitizer, which has its own ways.
 void limitResources(std::size_t fileSize);
 
-// The whole of a regular file, read once: a private copy that nobody changes under the parser. False with the reason
-// when it is no regular file, cannot be read or is longer than the limit.
-bool readFile(const std::string& path, std::size_t limit, std::string& content, std::string& error);
+// The whole of a file, read once: a private copy that nobody changes under the parser.
+class FileContent
+{
+public:
+    // False with the reason when the path is no regular file, cannot be read or is longer than the limit.
+    bool read(const std::string& path, std::size_t limit, std::string& error);
+
+    std::string_view bytes() const { return {m_bytes.get(), m_size}; }
+    bool isEmpty() const { return m_size == 0; }
+
+private:
+    std::unique_ptr<char[]> m_bytes;
+    std::size_t m_size = 0;
+};
 
 // The readable file beside another one that has the same name but for this suffix, in whatever case it is written.
 std::optional<std::string> companionFile(const std::string& path, std::string_view suffix);

@@ -97,7 +97,7 @@ void limitResources(std::size_t fileSize)
     signal(SIGPIPE, SIG_IGN);
 }
 
-bool readFile(const std::string& path, std::size_t limit, std::string& content, std::string& error)
+bool FileContent::read(const std::string& path, std::size_t limit, std::string& error)
 {
     // A FIFO must not hold the program up before it is seen to be none of our business.
     const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
@@ -117,21 +117,22 @@ bool readFile(const std::string& path, std::size_t limit, std::string& content, 
         error = "the file is too large for a font";
         return false;
     }
-    content.resize(size);
-    std::size_t done = 0;
-    while (done < size) {
-        const ssize_t got = read(file.get(), content.data() + done, size - done);
+    // Not a string or vector, which would fill the memory before the file does.
+    m_bytes.reset(new char[size]);
+    m_size = 0;
+    while (m_size < size) {
+        const ssize_t got = ::read(file.get(), m_bytes.get() + m_size, size - m_size);
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0) {
             error = std::strerror(errno);
+            m_size = 0;
             return false;
         }
         if (got == 0)
             break;
-        done += static_cast<std::size_t>(got);
+        m_size += static_cast<std::size_t>(got);
     }
-    content.resize(done);
     return true;
 }
 
