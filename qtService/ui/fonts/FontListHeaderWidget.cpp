@@ -1,0 +1,70 @@
+#include "qtService/ui/fonts/FontListHeaderWidget.h"
+
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QPushButton>
+
+namespace {
+
+QPushButton* makeButton(const QString& objectName, const QString& side, const QString& description, QWidget* parent)
+{
+    QIcon icon;
+    const QString file = QStringLiteral(":/new_icons/header_%1_%2active52x52.png");
+    icon.addFile(file.arg(side, QString()), QSize(), QIcon::Normal);
+    icon.addFile(file.arg(side, QStringLiteral("in")), QSize(), QIcon::Disabled);
+    auto* button = new QPushButton(icon, QString(), parent);
+    button->setObjectName(objectName);
+    button->setFlat(true);
+    button->setIconSize(QSize(26, 26));
+    button->setFixedSize(30, 28);
+    button->setToolTip(description);
+    button->setAccessibleName(description);
+    button->setEnabled(false);
+    return button;
+}
+
+} // namespace
+
+FontListHeaderWidget::FontListHeaderWidget(QWidget* parent)
+    : QWidget(parent)
+{
+    setObjectName(QStringLiteral("FontListHeaderWidget"));
+    setWindowTitle(tr("Form"));
+    auto* container = new QWidget(this);
+    container->setObjectName(QStringLiteral("widget"));
+    m_back = makeButton(QStringLiteral("btnBack"), QStringLiteral("left"), tr("Back"), container);
+    m_forward = makeButton(QStringLiteral("btnForward"), QStringLiteral("right"), tr("Forward"), container);
+    m_title = new QLabel(container);
+    m_title->setObjectName(QStringLiteral("lblTitle"));
+    m_title->setTextFormat(Qt::PlainText);
+    QFont font = m_title->font();
+    font.setBold(true);
+    m_title->setFont(font);
+
+    auto* row = new QHBoxLayout(container);
+    row->setObjectName(QStringLiteral("horizontalLayout_2"));
+    row->setContentsMargins(8, 3, 8, 3);
+    row->setSpacing(2);
+    row->addWidget(m_back);
+    row->addWidget(m_forward);
+    row->addSpacing(6);
+    row->addWidget(m_title, 1);
+    auto* layout = new QHBoxLayout(this);
+    layout->setObjectName(QStringLiteral("horizontalLayout"));
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(container);
+    connect(m_back, &QPushButton::clicked, this, &FontListHeaderWidget::backButtonClicked);
+    connect(m_forward, &QPushButton::clicked, this, &FontListHeaderWidget::forwardButtonClicked);
+}
+
+void FontListHeaderWidget::setTitle(const QString& title)
+{
+    m_title->setText(title);
+}
+
+void FontListHeaderWidget::setNavigation(bool hasBack, bool hasForward)
+{
+    m_back->setEnabled(hasBack);
+    m_forward->setEnabled(hasForward);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class QPushButton;
+
+// The strip above the font list: the name of what is shown, and the way back and forward through similarity results.
+class FontListHeaderWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit FontListHeaderWidget(QWidget* parent = nullptr);
+
+    void setTitle(const QString& title);
+    void setNavigation(bool hasBack, bool hasForward);
+
+signals:
+    void backButtonClicked();
+    void forwardButtonClicked();
+
+private:
+    QPushButton* m_back;
+    QPushButton* m_forward;
+    QLabel* m_title;
+};

@@ -1,0 +1,362 @@
+#include "qtService/ui/fonts/KrvFontsView.h"
+
+#include "qtService/app/core/KrvUiSettings.h"
+#include "qtService/ui/fonts/FontColumn.h"
+#include "qtService/ui/fonts/FontColumnValues.h"
+#include "qtService/ui/fonts/KrvFontsViewModel.h"
+#include "qtService/ui/fonts/KrvPreviewDelegate.h"
+#include "qtService/ui/widgets/QProgressIndicator.h"
+
+#include <QAction>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int defaultPreviewSize = 24;
+// A search that ends sooner would only flash the indicator.
+constexpr int waitIndicatorDelayMs = 150;
+
+struct DefaultColumn
+{
+    int column;
+    int width;
+};
+
+constexpr DefaultColumn defaultColumns[] = {
+    {fonts::ActivityImageColumn, 34}, {fonts::PreviewColumn, 460}, {fonts::FamilyNameColumn, 190},
+    {fonts::StyleNameColumn, 120},    {fonts::FormatColumn, 90},   {fonts::FoundryColumn, 150},
+};
+
+using Settings = KrvUiSettings;
+
+QList<int> storedList(Settings::SettingId id)
+{
+    return Settings::instance()->value(id).value<QList<int>>();
+}
+
+} // namespace
+
+KrvFontsView::KrvFontsView(QWidget* parent)
+    : QTreeView(parent)
+    , m_previewDelegate(new KrvPreviewDelegate(this))
+    , m_waitIndicator(new QProgressIndicator(this))
+    , m_columnsMenu(new QMenu(tr("Columns"), this))
+    , m_previewText(Settings::instance()->value(Settings::SidPreviewText).toString())
+    , m_previewSize(Settings::instance()->value(Settings::SidPreviewSize, defaultPreviewSize).toInt())
+{
+    setItemDelegateForColumn(fonts::PreviewColumn, m_previewDelegate);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollMode(ScrollPerPixel);
+    m_waitIndicator->hide();
+    m_waitTimer.setSingleShot(true);
+    m_waitTimer.setInterval(waitIndicatorDelayMs);
+    connect(&m_waitTimer, &QTimer::timeout, this, [this] {
+        m_waitIndicator->move(viewport()->geometry().center() - m_waitIndicator->rect().center());
+        m_waitIndicator->show();
+        m_waitIndicator->startAnimation();
+    });
+    m_rowsInViewTimer.setSingleShot(true);
+    m_rowsInViewTimer.setInterval(30);
+    connect(&m_rowsInViewTimer, &QTimer::timeout, this, &KrvFontsView::reportRowsInView);
+}
+
+KrvFontsView::~KrvFontsView()
+{
+    Settings* settings = Settings::instance();
+    settings->setValue(Settings::SidPreviewText, m_previewText);
+    settings->setValue(Settings::SidPreviewSize, m_previewSize);
+    if (m_model)
+        saveColumns();
+}
+
+void KrvFontsView::setModel(KrvFontsViewModel* model)
+{
+    m_model = model;
+    QTreeView::setModel(model);
+    model->setPreviewText(m_previewText);
+    model->setPreviewSize(m_previewSize);
+    connect(model, &QAbstractItemModel::modelAboutToBeReset, this, &KrvFontsView::rememberPlace);
+    connect(model, &QAbstractItemModel::modelReset, this, &KrvFontsView::onModelReset);
+    connect(model, &QAbstractItemModel::layoutChanged, &m_rowsInViewTimer, qOverload<>(&QTimer::start));
+    connect(model, &KrvFontsViewModel::filteringStatusChanged, this,
+            [this](bool filtering) { filtering ? showWaitIndicator() : hideWaitIndicator(); });
+
+    buildColumnsMenu();
+    restoreColumns();
+    connect(header(), &QHeaderView::sortIndicatorChanged, this, &KrvFontsView::onSortIndicatorChanged);
+    connect(header(), &QHeaderView::sectionResized, this, &KrvFontsView::onSectionResized);
+    connect(header(), &QHeaderView::sectionMoved, this, &KrvFontsView::onSectionMoved);
+    connect(header(), &QHeaderView::sectionCountChanged, this, &KrvFontsView::updateColumnVisibilityActionsState);
+}
+
+void KrvFontsView::buildColumnsMenu()
+{
+    m_columnsMenu->clear();
+    for (int column = 0; column < m_model->columnCount(); ++column) {
+        QString title = fonts::columnTitle(column);
+        if (column == fonts::ActivityImageColumn)
+            title = tr("Activity", "Menu entry of the column that shows activity as an image");
+        QAction* action = m_columnsMenu->addAction(title);
+        action->setCheckable(true);
+        connect(action, &QAction::triggered, this, [this, column] { toggleColumnVisibility(column); });
+    }
+}
+
+void KrvFontsView::applyDefaultColumns()
+{
+    for (int column = 0; column < fonts::ColumnCount; ++column)
+        header()->setSectionHidden(column, true);
+    int position = 0;
+    for (const DefaultColumn& shown : defaultColumns) {
+        header()->setSectionHidden(shown.column, false);
+        header()->resizeSection(shown.column, shown.width);
+        header()->moveSection(header()->visualIndex(shown.column), position++);
+    }
+    header()->setSortIndicator(fonts::FamilyNameColumn, Qt::AscendingOrder);
+}
+
+void KrvFontsView::restoreColumns()
+{
+    Settings* settings = Settings::instance();
+    applyDefaultColumns();
+    const QList<int> widths = storedList(Settings::SidColumnWidths);
+    const QList<int> orders = storedList(Settings::SidColumnOrders);
+    // Visual positions, column by column; moving them into place from the left keeps what is already placed.
+    if (orders.size() == fonts::ColumnCount) {
+        for (int position = 0; position < orders.size(); ++position) {
+            const int column = orders.indexOf(position);
+            if (column >= 0)
+                header()->moveSection(header()->visualIndex(column), position);
+        }
+    }
+    for (int column = 0; column < widths.size() && column < fonts::ColumnCount; ++column) {
+        if (widths.at(column) > 0)
+            header()->resizeSection(column, widths.at(column));
+    }
+    if (settings->contains(Settings::SidVisibleColumns)) {
+        const QList<int> visible = storedList(Settings::SidVisibleColumns);
+        for (int column = 0; column < fonts::ColumnCount; ++column)
+            header()->setSectionHidden(column, !visible.contains(column));
+    }
+    if (settings->contains(Settings::SidSortColumnIndex)) {
+        const int column = settings->value(Settings::SidSortColumnIndex).toInt();
+        const int order = settings->value(Settings::SidSortOrder, int(Qt::AscendingOrder)).toInt();
+        if (column < fonts::ColumnCount)
+            header()->setSortIndicator(column, order == Qt::DescendingOrder ? Qt::DescendingOrder : Qt::AscendingOrder);
+    }
+    onSortIndicatorChanged(header()->sortIndicatorSection(), header()->sortIndicatorOrder());
+    updateColumnVisibilityActionsState();
+}
+
+void KrvFontsView::saveColumns() const
+{
+    QList<int> widths;
+    QList<int> orders;
+    for (int column = 0; column < fonts::ColumnCount; ++column) {
+        // A hidden section reports no width; 0 keeps the default.
+        widths.append(header()->isSectionHidden(column) ? 0 : header()->sectionSize(column));
+        orders.append(header()->visualIndex(column));
+    }
+    Settings* settings = Settings::instance();
+    settings->setValue(Settings::SidColumnWidths, QVariant::fromValue(widths));
+    settings->setValue(Settings::SidColumnOrders, QVariant::fromValue(orders));
+    settings->setValue(Settings::SidSortColumnIndex, header()->sortIndicatorSection());
+    settings->setValue(Settings::SidSortOrder, int(header()->sortIndicatorOrder()));
+}
+
+void KrvFontsView::setColumnVisible(int column, bool visible)
+{
+    setColumnHidden(column, !visible);
+    if (visible && header()->sectionSize(column) < header()->minimumSectionSize())
+        header()->resizeSection(column, header()->defaultSectionSize());
+    updateColumnVisibilityActionsState();
+}
+
+void KrvFontsView::setColumnVisible(int column)
+{
+    setColumnVisible(column, true);
+}
+
+void KrvFontsView::toggleColumnVisibility(int column)
+{
+    setColumnVisible(column, isColumnHidden(column));
+    QList<int> visible;
+    for (int i = 0; i < fonts::ColumnCount; ++i) {
+        if (!isColumnHidden(i))
+            visible.append(i);
+    }
+    Settings::instance()->setValue(Settings::SidVisibleColumns, QVariant::fromValue(visible));
+}
+
+void KrvFontsView::updateColumnVisibilityActionsState()
+{
+    const QList<QAction*> actions = m_columnsMenu->actions();
+    int visible = 0;
+    for (int column = 0; column < actions.size(); ++column) {
+        actions.at(column)->setChecked(!isColumnHidden(column));
+        visible += isColumnHidden(column) ? 0 : 1;
+    }
+    // The last column cannot be taken away: a list without columns has no header to bring one back.
+    for (QAction* action : actions)
+        action->setEnabled(visible > 1 || !action->isChecked());
+}
+
+void KrvFontsView::onSortIndicatorChanged(int columnIndex, Qt::SortOrder sortOrder)
+{
+    if (m_model)
+        m_model->sort(columnIndex, sortOrder);
+    if (currentIndex().isValid())
+        scrollTo(currentIndex());
+}
+
+void KrvFontsView::rememberPlace()
+{
+    m_place = {selectedFontIds(), currentFontId(), 0};
+    if (const StaticFontPtr top = m_model->font(indexAt(QPoint(0, 0))))
+        m_place.top = top->id();
+}
+
+void KrvFontsView::onModelReset()
+{
+    QItemSelection selection;
+    for (const int id : qAsConst(m_place.selected)) {
+        const QModelIndex index = m_model->indexOfFont(id);
+        if (index.isValid())
+            selection.select(index, index);
+    }
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    const QModelIndex current = m_model->indexOfFont(m_place.current);
+    if (current.isValid())
+        selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+    const QModelIndex top = m_model->indexOfFont(m_place.top);
+    if (top.isValid())
+        scrollTo(top, PositionAtTop);
+    else if (current.isValid())
+        scrollTo(current);
+    m_rowsInViewTimer.start();
+}
+
+void KrvFontsView::onSectionResized()
+{
+    m_rowsInViewTimer.start();
+}
+
+void KrvFontsView::onSectionMoved()
+{
+    updateColumnVisibilityActionsState();
+}
+
+void KrvFontsView::setPreviewText(QString text)
+{
+    m_previewText = text;
+    if (m_model)
+        m_model->setPreviewText(text);
+}
+
+void KrvFontsView::setPreviewSize(int size)
+{
+    m_previewSize = size;
+    if (!m_model)
+        return;
+    const QModelIndex top = indexAt(QPoint(0, 0));
+    m_model->setPreviewSize(size);
+    if (top.isValid())
+        scrollTo(top, PositionAtTop);
+}
+
+void KrvFontsView::showWaitIndicator()
+{
+    if (!m_waitIndicator->isVisible() && !m_waitTimer.isActive())
+        m_waitTimer.start();
+}
+
+void KrvFontsView::hideWaitIndicator()
+{
+    m_waitTimer.stop();
+    m_waitIndicator->stopAnimation();
+    m_waitIndicator->hide();
+}
+
+void KrvFontsView::resetState(ResetStateMode mode)
+{
+    if (mode == ResetColumns) {
+        applyDefaultColumns();
+        updateColumnVisibilityActionsState();
+        return;
+    }
+    clearSelection();
+    selectionModel()->clearCurrentIndex();
+    scrollToTop();
+}
+
+QList<int> KrvFontsView::selectedFontIds() const
+{
+    QList<int> ids;
+    if (!selectionModel())
+        return ids;
+    QModelIndexList rows = selectionModel()->selectedRows();
+    // The selection model lists ranges in the order they were made; users expect the order they see.
+    std::sort(rows.begin(), rows.end(), [](const QModelIndex& a, const QModelIndex& b) { return a.row() < b.row(); });
+    for (const QModelIndex& row : qAsConst(rows)) {
+        if (const StaticFontPtr font = m_model->font(row))
+            ids.append(font->id());
+    }
+    return ids;
+}
+
+int KrvFontsView::currentFontId() const
+{
+    const StaticFontPtr font = m_model ? m_model->font(currentIndex()) : StaticFontPtr();
+    return font ? font->id() : 0;
+}
+
+void KrvFontsView::selectFont(int fontId)
+{
+    const QModelIndex index = m_model->indexOfFont(fontId);
+    if (!index.isValid())
+        return;
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    scrollTo(index);
+}
+
+void KrvFontsView::resizeEvent(QResizeEvent* event)
+{
+    QTreeView::resizeEvent(event);
+    m_rowsInViewTimer.start();
+}
+
+void KrvFontsView::scrollContentsBy(int dx, int dy)
+{
+    QTreeView::scrollContentsBy(dx, dy);
+    if (dy != 0)
+        m_rowsInViewTimer.start();
+}
+
+void KrvFontsView::keyPressEvent(QKeyEvent* event)
+{
+    // Left and right would collapse and expand in a tree; in this list they scroll.
+    if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) {
+        QScrollBar* bar = horizontalScrollBar();
+        bar->triggerAction(event->key() == Qt::Key_Left ? QAbstractSlider::SliderSingleStepSub
+                                                        : QAbstractSlider::SliderSingleStepAdd);
+        event->accept();
+        return;
+    }
+    QTreeView::keyPressEvent(event);
+}
+
+void KrvFontsView::reportRowsInView()
+{
+    if (!m_model)
+        return;
+    const QModelIndex first = indexAt(QPoint(0, 0));
+    if (!first.isValid())
+        return;
+    const QModelIndex last = indexAt(QPoint(0, viewport()->height() - 1));
+    m_model->setRowsInView(first.row(), last.isValid() ? last.row() : m_model->rowCount() - 1);
+}

@@ -1,0 +1,62 @@
+#include "qtService/ui/fonts/KrvPreviewDelegate.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QVector>
+
+namespace {
+
+constexpr int leftMargin = 5;
+
+// Previews are coverage in an indexed image whose palette is black; drawn in the text's colour they suit any palette
+// and the selection. Images of other kinds (messages) have colours of their own.
+QImage tinted(QImage image, const QColor& color)
+{
+    if (image.format() != QImage::Format_Indexed8)
+        return image;
+    QVector<QRgb> palette = image.colorTable();
+    for (QRgb& entry : palette)
+        entry = qRgba(color.red(), color.green(), color.blue(), qAlpha(entry));
+    image.setColorTable(palette);
+    return image;
+}
+
+} // namespace
+
+KrvPreviewDelegate::KrvPreviewDelegate(QObject* parent)
+    : QStyledItemDelegate(parent)
+{
+}
+
+void KrvPreviewDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    // The display value is the image itself, which is drawn below; the style must not draw it as a decoration or text.
+    option->text.clear();
+    option->icon = QIcon();
+    option->features &=
+        ~QStyleOptionViewItem::ViewItemFeatures(QStyleOptionViewItem::HasDisplay | QStyleOptionViewItem::HasDecoration);
+}
+
+void KrvPreviewDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    QStyledItemDelegate::paint(painter, option, index);
+    const QImage image = index.data(Qt::DisplayRole).value<QImage>();
+    if (image.isNull())
+        return;
+    const bool selected = option.state & QStyle::State_Selected;
+    const QPalette::ColorGroup group = option.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
+    const QColor color = option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
+    const QSizeF size = QSizeF(image.size()) / image.devicePixelRatio();
+    painter->save();
+    painter->setClipRect(option.rect);
+    painter->drawImage(QPointF(option.rect.left() + leftMargin,
+                               option.rect.top() + qRound((option.rect.height() - size.height()) / 2)),
+                       tinted(image, color));
+    painter->restore();
+}
+
+QSize KrvPreviewDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const
+{
+    return index.data(Qt::SizeHintRole).toSize();
+}
