@@ -82,6 +82,8 @@ public:
     bool setRanking(const FontHash& fontHash, int ranking);
     bool setRanking(const QList<FontHash>& fontHashes, int ranking);
     QList<FontHash> allFontHashes() const;
+    // Gives every font a row that has none: not hidden, without ranking and note.
+    bool ensureFonts(const QList<FontHash>& fontHashes) const;
 
     QString note(const FontHash& fontHash) const;
     // The distinct notes of the fonts, in ascending order.
@@ -130,7 +132,6 @@ private:
     bool executeForAll(const QString& statement, const QVariantList& leading, const QVariantList& values,
                        const RowReader& read = {}) const;
     void announce(const std::function<void()>& signal);
-    bool ensureFonts(const QList<FontHash>& fontHashes) const;
     bool updateFonts(const QString& assignment, const QVariant& value, const QList<FontHash>& fontHashes) const;
     bool deleteUnusedNotes() const;
     int findOrInsert(const QString& find, const QString& insert, const QString& text) const;

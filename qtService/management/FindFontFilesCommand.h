@@ -2,11 +2,10 @@
 
 #include "qtService/app/core/AbstractAsynchronousCommand.h"
 
+#include <QList>
 #include <QPair>
 #include <QSet>
 #include <QStringList>
-
-class QFileInfo;
 
 // Walks files and folders and reports every font file that can be catalogued with the number of its faces, and fonts
 // that must not be catalogued with the reason. Signals come from the pool thread, one for each file, no lock held.
@@ -47,23 +46,28 @@ protected:
     void operator()() override;
 
 private:
+    enum class Reached
+    {
+        Directly,
+        ThroughLink
+    };
     struct Link
     {
         QString path;
         int depth = 0;
     };
 
-    void searchPath(const QString& path, int depth);
-    void searchFolder(const QString& path, int depth);
+    void searchPath(const QString& path, int depth, Reached reached);
+    void searchFolder(const QString& path, int depth, Reached reached);
     void followLinks();
+    void findFile(const QString& path, Reached reached);
     void processFile(const QString& path);
-    bool isNewFolder(const QString& path);
     bool isOwnFolder(const QString& path) const;
 
     const QStringList m_paths;
     const int m_maxDepth;
     QStringList m_ownFolders;
     QList<Link> m_links;
-    QSet<QPair<quint64, quint64>> m_seenFolders; // device and inode
+    QSet<QPair<quint64, quint64>> m_seenFolders;
     QSet<QPair<quint64, quint64>> m_seenFiles;
 };

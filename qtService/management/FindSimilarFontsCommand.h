@@ -17,9 +17,12 @@ class FindSimilarFontsCommand : public FindMathingFontsCommand
 public:
     FindSimilarFontsCommand(QSharedPointer<FontCollectionInterface> group, KrvSimilarityWrapper* similarity, int fontId,
                             const QString& characters, int limit, const QList<int>& inIds,
-                            SimilarFontsGroup::SimilarityMethod method, QSharedPointer<MatchingCriteria> criteria,
-                            bool idsOnly = false);
+                            SimilarFontsGroup::SimilarityMethod method, const MatchingCriteriaPtr& criteria,
+                            bool idsOnly);
     ~FindSimilarFontsCommand() override;
+
+    // Of the fonts that the search found, whether they are among the results or not.
+    QHash<int, double> deviances() const;
 
     void start() override;
     void cancel() override;
@@ -34,7 +37,10 @@ private slots:
 
 private:
     bool hasEnded() const;
-    void quitLoop();
+    void end(State state);
+    void request(const QString& inIds);
+    // Stores the fonts in this order as what was asked for.
+    void setMatches(const QList<int>& ids);
 
     const QSharedPointer<FontCollectionInterface> m_group;
     KrvSimilarityWrapper m_similarity;

@@ -48,8 +48,12 @@ public:
     // What is not owned (similarity, user database) outlives the adder.
     FontAdder(const QString& adderExecutable, KrvSimilarityWrapper* similarity, KrvUserDatabase* userDatabase,
               QSharedPointer<KrvFontRepository> repository, QSharedPointer<KrvFeatureRepository> featureRepository);
-    // Ends a run that is under way: waits for the running processes and stores what they found.
+    // Shuts down first, if that has not been done.
     ~FontAdder() override;
+
+    // Ends a run that is under way: waits, without an event loop, for the running processes and stores what they found.
+    // The adder does nothing after that. To be called in the adder's thread, as long as what it was given exists.
+    void shutDown();
 
     bool isSearching() const;
     bool isAdding() const;
@@ -129,13 +133,14 @@ private:
     void resetCounters();
     void countProcessed();
     void addFailure(const QString& file, int code);
-    void startNextJobs();
-    // Goes on to the next phase of a run when everything of this one has ended.
+    void connectSearch(const QString& jobId, const QSharedPointer<FindFontFilesCommand>& command);
+    QSharedPointer<FontProcessingJob> takeNextJob(QString* jobId);
+    // Goes on to the next step of a run when everything before it has ended: more jobs, an insertion, the end.
     void advance();
     bool mayEndRun() const;
     void finishRun();
+    void startInsertTimer();
     void dropInsertTimer();
-    void waitForEndOfRun();
     QList<FontQueue::Face> unstoredFaces() const;
     void saveQueue() const;
     void restoreQueue();
@@ -158,5 +163,6 @@ private:
     QHash<FontProcessingJob*, QSharedPointer<FontProcessingJob>> m_insertingJobs;
     QSharedPointer<FontAndFeatureInsertionJob> m_insertionJob;
     FontQueue m_queue;
+    QSet<FontQueue::Face> m_facesInWork; // running, processed or being inserted
     QHash<QString, int> m_failedFiles;
 };

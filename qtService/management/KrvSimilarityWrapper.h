@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QList>
 #include <QObject>
 #include <QPair>
@@ -56,7 +57,7 @@ public:
     KrvSimilarityWrapper(const KrvSimilarityWrapper& other);
     ~KrvSimilarityWrapper() override;
 
-    // `criteria` is carried through to similarityDone(). All return 0 for an accepted request.
+    // `criteria` is carried through to similarityDone(). All return 0: every request is accepted and answered once.
     int requestSimilar(int fontId, const QString& characters, int limit, const QString& inIds,
                        const QVariant& criteria);
     int requestHarmonySameFamily(int fontId, const QString& characters, int limit, const QString& inIds,
@@ -76,6 +77,8 @@ public:
 
     // Deletes the feature files, so that the next request has them made anew; any thread. True when all are gone.
     bool clearFeatures();
+    // Fonts in the catalogue, those included that a collection may not hold.
+    int catalogueSize() const;
 
 signals:
     void similarityDone(KrvSimilarityWrapper::Request req, KrvSimilarityWrapper::Result result, int error);
@@ -89,28 +92,28 @@ private:
         Idle = 0,
         Extracting = 1,
         Searching = 2,
-        Waiting = 3 // another copy extracts
+        Waiting = 3 // for the extraction of another copy
     };
 
-    void registerTypes() const;
-    void reportConfiguration() const;
-    int enqueue(const Request& request);
+    void initialise();
+    int enqueue(int fontId, const QString& characters, int limit, const QString& inIds, const QVariant& criteria,
+                const QString& mode);
+    int mode() const;
+    void setMode(int mode);
     void startNext();
-    void extractOrWait();
-    int startExtraction();
-    int startSearch(const Request& request);
-    void start(const QString& program, const QStringList& arguments);
-    void onExtractionFinished();
-    void onSearchFinished(int exitCode, QProcess::ExitStatus status);
-    void onProcessFailedToStart();
-    void answer(const Result& result, int error);
+    void extract();
+    int search(const Request& request);
+    void startProcess(const QString& program, const QStringList& arguments);
     void dropProcess();
+    void onStartFailed();
+    void onExtractionEnded();
+    void onSearchEnded(bool succeeded, const QByteArray& output);
+    void answer(const Result& result, int error);
 
-    mutable QReadWriteLock m_lock;
+    mutable QReadWriteLock m_lock; // guards queue and mode
     QList<Request> m_queue;
     const QString m_extractFeaturesApp;
     const QString m_findSimilarApp;
-    const QString m_featuresFolder;
     const QString m_databaseName;
     const QString m_databaseUser;
     const QString m_databasePassword;
@@ -119,6 +122,9 @@ private:
     const QSharedPointer<FeaturesFolder> m_features;
     int m_mode = Idle;
     QProcess* m_process = nullptr;
+    QElapsedTimer m_elapsed;
+    int m_searchedGeneration = 0; // of the folder when the search began
+    bool m_isRetry = false;
 };
 
 Q_DECLARE_METATYPE(KrvSimilarityWrapper::Request)

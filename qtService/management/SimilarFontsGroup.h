@@ -1,7 +1,8 @@
 #pragma once
 
-#include "qtService/app/core/AbstractAsynchronousCommand.h"
 #include "qtService/management/FontGroup.h"
+
+#include <atomic>
 
 class FindSimilarFontsCommand;
 class KrvSimilarityWrapper;
@@ -27,23 +28,36 @@ public:
     Q_ENUM(SimilarityMethod)
 
     // The wrapper outlives the group; fontIdList restricts the search when it is not empty.
-    SimilarFontsGroup(QSharedPointer<FontCollectionInterface> source, KrvSimilarityWrapper* similarity, int fontId,
-                      int resultLimit, const QList<int>& fontIdList, SimilarityMethod method);
+    SimilarFontsGroup(const QSharedPointer<FontCollectionInterface>& source, KrvSimilarityWrapper* similarity,
+                      int fontId, int resultLimit, const QList<int>& fontIdList, SimilarityMethod method);
     ~SimilarFontsGroup() override;
 
-    QSharedPointer<FindMathingFontsCommand> createFindMathingFontsCommand(QSharedPointer<MatchingCriteria> criteria,
-                                                                          bool idsOnly) override;
-    QList<int> fontIdList() override;
+    QList<StaticFontPtr> fonts() const override;
+    // Until the members are known a command of this group searches for similar fonts and lives on the calling thread.
+    QSharedPointer<FindMathingFontsCommand>
+    createFindMathingFontsCommand(const QSharedPointer<MatchingCriteria>& criteria, bool idsOnly) const override;
+    // Runs the search when it has not been run, processing the calling thread's events meanwhile.
+    QList<int> fontIdList() const override;
 
     // The characters whose shapes a method compares.
     static QString charactersForMethod(SimilarityMethod method);
 
 protected slots:
-    void onFontsAddedToSource(QList<int> fontIdList) override;
-    void onSourceFontsChanged(QList<int> fontIdList) override;
+    void onFontsAddedToSource(const QList<int>& fontIdList) override;
+    void onSourceFontsChanged(const QList<int>& fontIdList) override;
 
-private slots:
-    void onCommandStateChanged(AbstractAsynchronousCommand::State state);
+private:
+    QSharedPointer<FindSimilarFontsCommand> createSearch(const QSharedPointer<MatchingCriteria>& criteria,
+                                                         bool idsOnly) const;
+    void load(const QList<int>& fontIds);
+
+    KrvSimilarityWrapper* const m_similarity;
+    const int m_fontId;
+    const QString m_characters;
+    const int m_limit;
+    const QList<int> m_inIds;
+    const SimilarityMethod m_method;
+    std::atomic<bool> m_loaded{false};
 };
 
 using SimilarFontsGroupPtr = QSharedPointer<SimilarFontsGroup>;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "fontfile/sheets/FontSampleJob.h"
 #include "qtService/app/service/AddFontsToGroupsCommand.h"
 #include "qtService/app/service/ClearDatabaseCommand.h"
 #include "qtService/app/service/ClearOnlineSourceCommand.h"
@@ -17,17 +16,18 @@
 #include "qtService/management/SimilarFontsGroup.h"
 #include "qtService/management/SystemFontGroupList.h"
 #include "qtService/management/systemfm/SystemFontDescriptor.h"
-#include "updates/UpdateCheckCommand.h"
 
-#include <QMutex>
 #include <QObject>
 #include <QReadWriteLock>
 #include <QSet>
 #include <QSharedPointer>
 #include <QStringList>
-#include <QWaitCondition>
+
+#include <atomic>
 
 class FMSPdfGenerator;
+class FontSampleJob;
+class UpdateCheckCommand;
 class FontAdder;
 class FontDatabase;
 class KrvFeatureRepository;
@@ -36,6 +36,9 @@ class KrvSimilarityWrapper;
 class KrvUserDatabase;
 class QThread;
 class UserFontGroupList;
+
+using FontSampleJobPtr = QSharedPointer<FontSampleJob>;
+using UpdateCheckCommandPtr = QSharedPointer<UpdateCheckCommand>;
 
 // The owner of the library at run time: databases, repositories, groups, adder, similarity. It lives in a thread of its
 // own from construction on; start() opens everything there and started() tells when it may be used; stop() closes it
@@ -58,7 +61,7 @@ public:
     };
     Q_ENUM(ErrorType)
 
-    explicit FontManagementService(QObject* parent = nullptr);
+    FontManagementService();
     // Stops first when started. Called from another thread than the service's own.
     ~FontManagementService() override;
 
@@ -120,7 +123,7 @@ private slots:
     void onActiveFontsChanged();
 
 private:
-    // The members that operations use, taken together under the lock.
+    // The members that operations use, taken together; all null outside the started state.
     struct Library
     {
         QSharedPointer<FontAdder> fontAdder;
@@ -132,21 +135,17 @@ private:
     };
     Library library() const;
 
-    void openRepositories(const QString& settingsFolder);
+    void openDatabases(const QString& settingsFolder);
     void openPrograms(const QString& settingsFolder);
     void openGroups();
-    QList<kerval::systemfm::SystemFontDescriptor>
-    newFonts(const QSet<kerval::systemfm::SystemFontDescriptor>& added) const;
+    void closeLibrary();
+    QStringList unknownFontFiles(const QSet<kerval::systemfm::SystemFontDescriptor>& current) const;
     ExportFontsCommandPtr exportCommand(const QString& fileName, const QList<StaticFontPtr>& fonts) const;
     FontSampleJobPtr createFontSample(const QList<int>& ids, const QString& saveFileName, const QString& sampleText,
                                       int kind);
 
     QThread* m_thread;
-    QMutex m_startMutex;
-    QWaitCondition m_startedCondition;
-    QMutex m_stopMutex;
-    QWaitCondition m_stoppedCondition;
-    mutable QReadWriteLock m_lock; // guards what follows while starting, stopping and comparing active fonts
+    mutable QReadWriteLock m_lock; // guards the members below
     QSharedPointer<FontAdder> m_fontAdder;
     QSharedPointer<FontDatabase> m_fontDatabase;
     QSharedPointer<KrvFontRepository> m_repository;
@@ -157,6 +156,6 @@ private:
     QSharedPointer<UserFontGroupList> m_userGroups;
     QSharedPointer<ExistingFontsGroup> m_existingFonts;
     QSet<kerval::systemfm::SystemFontDescriptor> m_activeFonts;
-    bool m_isStarted = false;
-    FMSPdfGenerator* m_pdfGenerator;
+    std::atomic<bool> m_isStarted{false};
+    FMSPdfGenerator* m_pdfGenerator = nullptr; // a child, made and used in the service's thread
 };
