@@ -12,13 +12,13 @@ struct FontActivityReason
     enum Kind
     {
         // Active.
-        PlacedByUs,         // permanently, through a file of ours
-        PlacedForSession,   // until the session ends, through a link of ours
-        InstalledInSystem,  // found in a folder that belongs to the system: the distribution's
-        InstalledByUser,    // found in a folder of the user's
-        DuplicateWins,      // active, but programs that ask for its name get another file (otherFile)
-        RenamedByOtherTool, // active, but a rule of another tool (otherFile) answers its name with another family
-                            // Inactive.
+        PlacedByUs,          // permanently, through a file of ours
+        PlacedForSession,    // until the session ends, through a link of ours
+        InstalledInSystem,   // found in a folder that belongs to the system: the distribution's
+        InstalledByUser,     // found in a folder of the user's
+        DuplicateWins,       // active, but programs that ask for its name get another file (otherFile)
+        RenamedByOtherTool,  // active, but a rule of another tool (otherFile) answers its name with another family
+                             // Inactive.
         NotInstalled,        // outside every folder that programs look into
         RejectedByUs,        // switched off here
         RejectedByOtherTool, // a rule of another tool (otherFile) hides it

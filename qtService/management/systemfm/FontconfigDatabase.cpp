@@ -1,0 +1,333 @@
+#include "qtService/management/systemfm/FontconfigDatabase.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QXmlStreamReader>
+#include <QXmlStreamWriter>
+#include <QtConcurrentMap>
+
+#include <fontconfig/fontconfig.h>
+
+namespace kerval::systemfm {
+
+namespace {
+
+const FcChar8* fcText(const QByteArray& text)
+{
+    return reinterpret_cast<const FcChar8*>(text.constData());
+}
+
+QString decoded(const FcChar8* path)
+{
+    return QFile::decodeName(reinterpret_cast<const char*>(path));
+}
+
+QStringList takeList(FcStrList* list)
+{
+    QStringList texts;
+    if (!list)
+        return texts;
+    while (const FcChar8* text = FcStrListNext(list))
+        texts.append(decoded(text));
+    FcStrListDone(list);
+    return texts;
+}
+
+struct CacheDeleter
+{
+    void operator()(FcCache* cache) const { FcDirCacheUnload(cache); }
+};
+using Cache = std::unique_ptr<FcCache, CacheDeleter>;
+
+struct FontSetDeleter
+{
+    void operator()(FcFontSet* set) const { FcFontSetDestroy(set); }
+};
+using FontSet = std::unique_ptr<FcFontSet, FontSetDeleter>;
+
+struct PatternDeleter
+{
+    void operator()(FcPattern* pattern) const { FcPatternDestroy(pattern); }
+};
+using Pattern = std::unique_ptr<FcPattern, PatternDeleter>;
+
+Cache readFolder(const QString& folder, bool again, FcConfig* config)
+{
+    const QByteArray name = QFile::encodeName(folder);
+    return Cache(FcDirCacheRead(fcText(name), again ? FcTrue : FcFalse, config));
+}
+
+QStringList subfolders(const Cache& cache)
+{
+    QStringList names;
+    const int count = cache ? FcCacheNumSubdir(cache.get()) : 0;
+    for (int i = 0; i < count; ++i)
+        names.append(decoded(FcCacheSubdir(cache.get(), i)));
+    return names;
+}
+
+// Faces and named instances of one file follow each other, so that most repeats are found without a look-up.
+template <class Visit>
+void forEachFile(const FcFontSet* fonts, Visit visit)
+{
+    QByteArray last;
+    for (int i = 0; fonts && i < fonts->nfont; ++i) {
+        FcChar8* path = nullptr;
+        if (FcPatternGetString(fonts->fonts[i], FC_FILE, 0, &path) != FcResultMatch)
+            continue;
+        if (last == reinterpret_cast<const char*>(path))
+            continue;
+        last = reinterpret_cast<const char*>(path);
+        visit(decoded(path));
+    }
+}
+
+} // namespace
+
+void FontconfigDatabase::ConfigDeleter::operator()(_FcConfig* config) const
+{
+    FcConfigDestroy(config);
+}
+
+FontconfigDatabase::Config FontconfigDatabase::loadWithFonts()
+{
+    Config config(FcInitLoadConfigAndFonts());
+    if (!config)
+        config.reset(FcConfigCreate());
+    return config;
+}
+
+FontconfigDatabase::Contents FontconfigDatabase::readAll()
+{
+    m_config.reset();
+    refresh();
+    Contents contents;
+    m_whole = loadWithFonts();
+    FcConfig* const config = m_whole.get();
+
+    // Folders that a rule hides are read here all the same: what is installed in them can be switched on.
+    QStringList waiting = takeList(FcConfigGetFontDirs(config));
+    QSet<QString> seen(waiting.cbegin(), waiting.cend());
+    QSet<QString> seenTargets; // a linked folder may lead back to one above it
+    while (!waiting.isEmpty()) {
+        const QString folder = waiting.takeFirst();
+        contents.folders.append(folder);
+        const QString target = QFileInfo(folder).canonicalFilePath();
+        const Cache cache = target.isEmpty() ? Cache() : readFolder(folder, false, config);
+        if (!cache)
+            continue;
+        const FontSet fonts(FcCacheCopySet(cache.get()));
+        forEachFile(fonts.get(), [&contents](const QString& path) { contents.files.insert(path, false); });
+        if (seenTargets.contains(target))
+            continue;
+        seenTargets.insert(target);
+        const QStringList inner = subfolders(cache);
+        for (const QString& subfolder : inner) {
+            if (!seen.contains(subfolder)) {
+                seen.insert(subfolder);
+                waiting.append(subfolder);
+            }
+        }
+    }
+    forEachFile(FcConfigGetFonts(config, FcSetSystem),
+                [&contents](const QString& path) { contents.files.insert(path, true); });
+    contents.configuration = m_configuration.values();
+    return contents;
+}
+
+bool FontconfigDatabase::isCurrent()
+{
+    return m_whole && FcConfigUptoDate(m_whole.get()) == FcTrue;
+}
+
+void FontconfigDatabase::refresh()
+{
+    const auto stamp = [](const QString& path) {
+        const QFileInfo info(path);
+        return qMakePair(info.lastModified(), info.size());
+    };
+    if (m_config) {
+        const bool unchanged = std::all_of(m_configuration.cbegin(), m_configuration.cend(),
+                                           [&](const QString& path) { return m_stamps.value(path) == stamp(path); });
+        if (unchanged)
+            return;
+    }
+    m_config.reset(FcInitLoadConfig());
+    if (!m_config)
+        m_config.reset(FcConfigCreate());
+    m_roots = takeList(FcConfigGetFontDirs(m_config.get()));
+    m_cacheFolders = takeList(FcConfigGetCacheDirs(m_config.get()));
+    const QStringList configuration = takeList(FcConfigGetConfigFiles(m_config.get()));
+    m_configuration = QSet<QString>(configuration.cbegin(), configuration.cend());
+    m_stamps.clear();
+    m_selections.clear();
+    for (const QString& path : configuration) {
+        m_stamps.insert(path, stamp(path));
+        m_selections += rulesOf(path).selections;
+    }
+}
+
+QStringList FontconfigDatabase::configurationFiles() const
+{
+    return m_configuration.values();
+}
+
+const FontconfigDatabase::Rules& FontconfigDatabase::rulesOf(const QString& path)
+{
+    Rules& rules = m_rules[path];
+    const QFileInfo info(path);
+    if (!info.isFile() || (rules.modified == info.lastModified() && rules.size == info.size()))
+        return rules;
+    rules = Rules{info.lastModified(), info.size(), {}, true};
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return rules;
+    QXmlStreamReader reader(&file);
+    QXmlStreamWriter writer(&rules.selections);
+    int depth = 0; // within <selectfont>
+    while (!reader.atEnd()) {
+        reader.readNext();
+        if (reader.isStartElement() && (depth > 0 || reader.name() == QLatin1String("selectfont")))
+            ++depth;
+        if (depth > 0 && (reader.isStartElement() || reader.isEndElement() || reader.isCharacters()))
+            writer.writeCurrentToken(reader);
+        if (reader.isEndElement() && depth > 0)
+            --depth;
+    }
+    rules.wellFormed = !reader.hasError();
+    // What fontconfig read before the fault counts for it, but an element cut short would break ours.
+    while (depth-- > 0)
+        writer.writeEndElement();
+    return rules;
+}
+
+QByteArray FontconfigDatabase::frame(const QByteArray& selections, const QStringList& folders) const
+{
+    QByteArray text;
+    QXmlStreamWriter writer(&text);
+    const auto element = [&writer](const char* name, const QString& content) {
+        writer.writeTextElement(QLatin1String(name), content);
+    };
+    writer.writeStartElement(QStringLiteral("fontconfig"));
+    for (const QString& folder : m_cacheFolders)
+        element("cachedir", folder);
+    for (const QString& folder : folders)
+        element("dir", folder);
+    writer.writeEndElement();
+    const int end = text.lastIndexOf("</fontconfig>");
+    return "<?xml version=\"1.0\"?>" + text.left(end) + selections + text.mid(end);
+}
+
+QSet<QString> FontconfigDatabase::acceptedUnder(const QByteArray& selections, const QStringList& folders) const
+{
+    QSet<QString> files;
+    const Config config(FcConfigCreate());
+    const QByteArray text = frame(selections, folders);
+    if (!config || !FcConfigParseAndLoadFromMemory(config.get(), fcText(text), FcTrue) ||
+        !FcConfigBuildFonts(config.get()))
+        return files;
+    forEachFile(FcConfigGetFonts(config.get(), FcSetSystem), [&files](const QString& path) { files.insert(path); });
+    return files;
+}
+
+QSet<QString> FontconfigDatabase::accepted(const QStringList& folders)
+{
+    return folders.isEmpty() ? QSet<QString>() : acceptedUnder(m_selections, folders);
+}
+
+void FontconfigDatabase::readAgain(const QStringList& folders)
+{
+    FcConfig* config = m_config.get();
+    const auto read = [config](const QString& folder) {
+        if (QFileInfo(folder).isDir())
+            readFolder(folder, true, config);
+        else
+            FcDirCacheUnlink(fcText(QFile::encodeName(folder)), config);
+    };
+    if (folders.size() == 1) {
+        read(folders.constFirst());
+        return;
+    }
+    QStringList list = folders;
+    QtConcurrent::blockingMap(list, read);
+}
+
+QStringList FontconfigDatabase::filesIn(const QString& folder)
+{
+    QStringList files;
+    const Cache cache = readFolder(folder, false, m_config.get());
+    const FontSet fonts(cache ? FcCacheCopySet(cache.get()) : nullptr);
+    if (fonts)
+        forEachFile(fonts.get(), [&files](const QString& path) { files.append(path); });
+    return files;
+}
+
+bool FontconfigDatabase::listsSubfolder(const QString& folder, const QString& subfolder)
+{
+    return subfolders(readFolder(folder, false, m_config.get())).contains(subfolder) ||
+           subfolders(readFolder(folder, true, m_config.get())).contains(subfolder);
+}
+
+bool FontconfigDatabase::reaches(const QString& folder)
+{
+    if (m_roots.contains(folder))
+        return true;
+    const QString parent = QFileInfo(folder).path();
+    return parent != folder && reaches(parent) && listsSubfolder(parent, folder);
+}
+
+QStringList FontconfigDatabase::brokenFiles()
+{
+    QStringList broken;
+    for (const QString& path : qAsConst(m_configuration)) {
+        if (QFileInfo(path).isFile() && !rulesOf(path).wellFormed)
+            broken.append(path);
+    }
+    return broken;
+}
+
+// Asked of each file by itself, from the roots down, because a rule may hide a whole folder.
+QString FontconfigDatabase::hidingFile(const QString& path)
+{
+    QStringList above;
+    for (const QString& root : qAsConst(m_roots)) {
+        if (path.startsWith(root + QLatin1Char('/')))
+            above.append(root);
+    }
+    for (const QString& file : qAsConst(m_configuration)) {
+        const QByteArray selections = rulesOf(file).selections;
+        if (!selections.isEmpty() && !acceptedUnder(selections, above).contains(path))
+            return file;
+    }
+    return {};
+}
+
+bool FontconfigDatabase::canRead(const QString& configurationFile)
+{
+    const Config config(FcConfigCreate());
+    return config && FcConfigParseAndLoad(config.get(), fcText(QFile::encodeName(configurationFile)), FcTrue) == FcTrue;
+}
+
+QStringList FontconfigDatabase::filesOfGeneric(const QStringList& genericNames)
+{
+    const Config config = loadWithFonts();
+    QSet<QString> names;
+    for (const QString& generic : genericNames) {
+        const Pattern asked(FcPatternBuild(nullptr, FC_FAMILY, FcTypeString, fcText(generic.toUtf8()), nullptr));
+        FcConfigSubstitute(config.get(), asked.get(), FcMatchPattern);
+        FcDefaultSubstitute(asked.get());
+        FcResult result = FcResultNoMatch;
+        const Pattern match(FcFontMatch(config.get(), asked.get(), &result));
+        FcChar8* family = nullptr;
+        if (!match || FcPatternGetString(match.get(), FC_FAMILY, 0, &family) != FcResultMatch)
+            continue;
+        const Pattern sought(FcPatternBuild(nullptr, FC_FAMILY, FcTypeString, family, nullptr));
+        FcObjectSet* objects = FcObjectSetBuild(FC_FILE, nullptr);
+        const FontSet fonts(FcFontList(config.get(), sought.get(), objects));
+        FcObjectSetDestroy(objects);
+        forEachFile(fonts.get(), [&names](const QString& path) { names.insert(QFileInfo(path).fileName()); });
+    }
+    return names.values();
+}
+
+} // namespace kerval::systemfm
