@@ -184,8 +184,10 @@ bool KrvFontRepository::addFonts(const QList<StaticFontPtr>& fonts)
             stored.append(font);
     }
     if (!stored.isEmpty()) {
-        onFontsAdded(stored);
+        // Counted before the fonts are announced, told after: receivers know the fonts by then.
+        const QList<int> recounted = countDuplicates(stored, true);
         emit fontsAdded(idsOf(stored));
+        announceChanged(recounted);
         refreshFoundries();
     }
     return allStored;
@@ -197,8 +199,9 @@ bool KrvFontRepository::removeFonts(const QList<StaticFontPtr>& fonts)
         return true;
     if (!m_strategy->removeFonts(fonts))
         return false;
-    onFontsRemoved(fonts);
+    const QList<int> recounted = countDuplicates(fonts, false);
     emit fontsRemoved(idsOf(fonts));
+    announceChanged(recounted);
     refreshFoundries();
     return true;
 }
@@ -343,55 +346,47 @@ void KrvFontRepository::updateActiveFontsList()
     }
     const QList<StaticFontPtr> changed =
         QtConcurrent::blockingFiltered(fonts(), ActivityChangedFilterFunctor(activeFonts));
-    if (!changed.isEmpty())
-        emit fontsChanged(idsOf(changed));
+    announceChanged(idsOf(changed));
 }
 
 void KrvFontRepository::onFontsAdded(const QList<StaticFontPtr>& fontList)
 {
-    QList<int> changed;
-    {
-        QMutexLocker duplicates(&m_duplicatesMutex);
-        QSet<QString> keys;
-        {
-            QWriteLocker locker(&m_lock);
-            for (const StaticFontPtr& font : fontList) {
-                const QString key = duplicateKey(*font);
-                if (m_duplicateKeys.contains(key, font->id()))
-                    continue;
-                m_duplicateKeys.insert(key, font->id());
-                keys.insert(key);
-            }
-        }
-        changed = recountDuplicates(keys);
-    }
-    if (!changed.isEmpty())
-        emit fontsChanged(changed);
+    announceChanged(countDuplicates(fontList, true));
 }
 
 void KrvFontRepository::onFontsRemoved(const QList<StaticFontPtr>& fontList)
 {
-    QList<int> changed;
-    {
-        QMutexLocker duplicates(&m_duplicatesMutex);
-        QSet<QString> keys;
-        {
-            QWriteLocker locker(&m_lock);
-            for (const StaticFontPtr& font : fontList) {
-                const QString key = duplicateKey(*font);
-                if (m_duplicateKeys.remove(key, font->id()) > 0)
-                    keys.insert(key);
-            }
-        }
-        changed = recountDuplicates(keys);
-    }
-    if (!changed.isEmpty())
-        emit fontsChanged(changed);
+    announceChanged(countDuplicates(fontList, false));
 }
 
 void KrvFontRepository::onFontsChanged(const QList<StaticFontPtr>& fontList)
 {
     Q_UNUSED(fontList)
+}
+
+// Takes the records into the duplicate table or out of it; the ids whose count changed by that.
+QList<int> KrvFontRepository::countDuplicates(const QList<StaticFontPtr>& fonts, bool added)
+{
+    QMutexLocker duplicates(&m_duplicatesMutex);
+    QSet<QString> keys;
+    {
+        QWriteLocker locker(&m_lock);
+        for (const StaticFontPtr& font : fonts) {
+            const QString key = duplicateKey(*font);
+            if (!added)
+                m_duplicateKeys.remove(key, font->id());
+            else if (!m_duplicateKeys.contains(key, font->id()))
+                m_duplicateKeys.insert(key, font->id());
+            keys.insert(key);
+        }
+    }
+    return recountDuplicates(keys);
+}
+
+void KrvFontRepository::announceChanged(const QList<int>& fontIds)
+{
+    if (!fontIds.isEmpty())
+        emit fontsChanged(fontIds);
 }
 
 QList<int> KrvFontRepository::recountDuplicates(const QSet<QString>& keys)

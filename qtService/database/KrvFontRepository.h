@@ -87,6 +87,8 @@ private:
     void merge(const ActiveFonts& activeFonts, const QList<StaticFontPtr>& fonts) const;
     bool storeUserData(const QList<StaticFontPtr>& fonts, const QStringList& changedProperties);
     void storeActivity(const QList<StaticFontPtr>& fonts);
+    QList<int> countDuplicates(const QList<StaticFontPtr>& fonts, bool added);
+    void announceChanged(const QList<int>& fontIds);
     QList<int> recountDuplicates(const QSet<QString>& keys);
     void refreshFoundries();
 

@@ -75,7 +75,9 @@ QString KrvUserDatabase::setAsideFile() const
 int KrvUserDatabase::userVersion() const
 {
     QSqlQuery query(connection());
-    return query.exec(QStringLiteral("PRAGMA user_version")) && query.next() ? query.value(0).toInt() : 0;
+    return prepare(query, QStringLiteral("PRAGMA user_version")) && execute(query) && query.next()
+               ? query.value(0).toInt()
+               : 0;
 }
 
 QSqlDatabase KrvUserDatabase::connection() const
@@ -147,7 +149,18 @@ bool KrvUserDatabase::execute(QSqlQuery& query) const
 bool KrvUserDatabase::execute(const QString& statement) const
 {
     QSqlQuery query(connection());
-    return query.prepare(statement) ? execute(query) : (logBoundValues(query, "bound valuse:"), false);
+    return prepare(query, statement) && execute(query);
+}
+
+// False before a successful open(), and for a statement that the file's schema does not bear.
+bool KrvUserDatabase::prepare(QSqlQuery& query, const QString& statement) const
+{
+    if (!m_connections)
+        return false;
+    if (query.prepare(statement))
+        return true;
+    logBoundValues(query, "bound valuse:");
+    return false;
 }
 
 // Runs a statement with "IN (%1)" over any number of values, a chunk at a time; `leading` is bound before each chunk.
@@ -159,10 +172,8 @@ bool KrvUserDatabase::executeForAll(const QString& statement, const QVariantList
     int prepared = 0;
     for (int start = 0; start < values.size(); start += chunkSize) {
         const int count = qMin(chunkSize, values.size() - start);
-        if (count != prepared && !query.prepare(statement.arg(placeholders(count)))) {
-            logBoundValues(query, "bound valuse:");
+        if (count != prepared && !prepare(query, statement.arg(placeholders(count))))
             return false;
-        }
         prepared = count;
         int position = 0;
         for (const QVariant& value : leading)

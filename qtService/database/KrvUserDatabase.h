@@ -127,6 +127,7 @@ private:
     using RowReader = std::function<void(const QSqlQuery&)>;
 
     QSqlDatabase connection() const;
+    bool prepare(QSqlQuery& query, const QString& statement) const;
     bool execute(QSqlQuery& query) const;
     bool execute(const QString& statement) const;
     bool executeForAll(const QString& statement, const QVariantList& leading, const QVariantList& values,

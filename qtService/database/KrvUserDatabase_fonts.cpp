@@ -53,10 +53,12 @@ void KrvUserDatabase::loadFontData()
     };
     QSqlQuery query(connection());
     query.setForwardOnly(true);
-    if (query.prepare(QStringLiteral(
-            "SELECT filehash, hidden, ranking, note.id, note.text, user_defined_family.id, family_name FROM font\n"
-            "LEFT OUTER JOIN note ON font.id_note = note.id\n"
-            "LEFT OUTER JOIN user_defined_family ON font.id_user_defined_family = user_defined_family.id")) &&
+    if (prepare(
+            query,
+            QStringLiteral(
+                "SELECT filehash, hidden, ranking, note.id, note.text, user_defined_family.id, family_name FROM font\n"
+                "LEFT OUTER JOIN note ON font.id_note = note.id\n"
+                "LEFT OUTER JOIN user_defined_family ON font.id_user_defined_family = user_defined_family.id")) &&
         execute(query)) {
         while (query.next()) {
             FontData font;
@@ -114,7 +116,7 @@ QList<KrvUserDatabase::FontHash> KrvUserDatabase::allFontHashes() const
     QList<FontHash> hashes;
     QSqlQuery query(connection());
     query.setForwardOnly(true);
-    if (query.prepare(QStringLiteral("SELECT filehash FROM font")) && execute(query)) {
+    if (prepare(query, QStringLiteral("SELECT filehash FROM font")) && execute(query)) {
         while (query.next())
             hashes.append(query.value(0).toString());
     }
@@ -125,9 +127,9 @@ bool KrvUserDatabase::ensureFonts(const QList<FontHash>& fontHashes) const
 {
     QSqlQuery find(connection());
     QSqlQuery insert(connection());
-    if (!find.prepare(QStringLiteral("select id from font where filehash=:filehash")) ||
-        !insert.prepare(QStringLiteral("INSERT INTO `font` (filehash, ranking, id_note, hidden)\n"
-                                       "VALUES (:filehash, :ranking, :id_note, :hidden)")))
+    if (!prepare(find, QStringLiteral("select id from font where filehash=:filehash")) ||
+        !prepare(insert, QStringLiteral("INSERT INTO `font` (filehash, ranking, id_note, hidden)\n"
+                                        "VALUES (:filehash, :ranking, :id_note, :hidden)")))
         return false;
     for (const FontHash& fontHash : fontHashes) {
         find.bindValue(0, fontHash);
@@ -151,7 +153,7 @@ bool KrvUserDatabase::updateFonts(const QString& assignment, const QVariant& val
                                   const QList<FontHash>& fontHashes) const
 {
     QSqlQuery query(connection());
-    if (!query.prepare(QStringLiteral("UPDATE font\nSET %1\nWHERE filehash=?").arg(assignment)))
+    if (!prepare(query, QStringLiteral("UPDATE font\nSET %1\nWHERE filehash=?").arg(assignment)))
         return false;
     for (const FontHash& fontHash : fontHashes) {
         query.bindValue(0, value);
@@ -165,6 +167,8 @@ bool KrvUserDatabase::updateFonts(const QString& assignment, const QVariant& val
 bool KrvUserDatabase::setHidden(const QList<FontHash>& fontHashes, bool hidden)
 {
     UserDatabaseTransaction transaction(*this);
+    if (!transaction.isActive())
+        return false;
     // A font without a row is shown already.
     if ((hidden && !ensureFonts(fontHashes)) || !updateFonts(QStringLiteral("hidden=?"), hidden, fontHashes))
         return false;
@@ -184,6 +188,8 @@ bool KrvUserDatabase::setRanking(const FontHash& fontHash, int ranking)
 bool KrvUserDatabase::setRanking(const QList<FontHash>& fontHashes, int ranking)
 {
     UserDatabaseTransaction transaction(*this);
+    if (!transaction.isActive())
+        return false;
     if ((ranking && !ensureFonts(fontHashes)) || !updateFonts(QStringLiteral("ranking=?"), ranking, fontHashes))
         return false;
     changeFontData(fontHashes, [ranking](FontData& font) { font.ranking = ranking; });
@@ -205,14 +211,14 @@ QStringList KrvUserDatabase::notes(const QList<FontHash>& fontHashes) const
 int KrvUserDatabase::findOrInsert(const QString& find, const QString& insert, const QString& text) const
 {
     QSqlQuery query(connection());
-    if (!query.prepare(find))
+    if (!prepare(query, find))
         return 0;
     query.bindValue(0, text);
     if (!execute(query))
         return 0;
     if (query.next())
         return query.value(0).toInt();
-    if (!query.prepare(insert))
+    if (!prepare(query, insert))
         return 0;
     query.bindValue(0, text);
     return execInsertQuery(query);
@@ -229,6 +235,8 @@ bool KrvUserDatabase::setNote(const QList<FontHash>& fontHashes, const QString& 
     if (text.isEmpty())
         return removeNote(fontHashes);
     UserDatabaseTransaction transaction(*this);
+    if (!transaction.isActive())
+        return false;
     if (!ensureFonts(fontHashes))
         return false;
     const int noteId = findOrInsert(QStringLiteral("SELECT id\nFROM note\nWHERE text = :text"),
@@ -246,6 +254,8 @@ bool KrvUserDatabase::setNote(const QList<FontHash>& fontHashes, const QString& 
 bool KrvUserDatabase::removeNote(const QList<FontHash>& fontHashes)
 {
     UserDatabaseTransaction transaction(*this);
+    if (!transaction.isActive())
+        return false;
     if (!executeForAll(QStringLiteral("UPDATE font\nSET id_note = 0\nWHERE filehash IN (%1)"), {},
                        toVariants(fontHashes)) ||
         !deleteUnusedNotes())
@@ -272,6 +282,8 @@ QStringList KrvUserDatabase::userDefinedFamilyNames(const QList<FontHash>& fontH
 bool KrvUserDatabase::setUserDefinedFamilyName(const QList<FontHash>& fontHashes, const QString& familyName)
 {
     UserDatabaseTransaction transaction(*this);
+    if (!transaction.isActive())
+        return false;
     int familyId = 0;
     if (!familyName.isEmpty()) {
         familyId =

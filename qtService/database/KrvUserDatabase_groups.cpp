@@ -11,8 +11,10 @@
 int KrvUserDatabase::addGroup(const QString& name, int parentId)
 {
     UserDatabaseTransaction transaction(*this);
+    if (!transaction.isActive())
+        return 0;
     QSqlQuery query(connection());
-    if (!query.prepare(QStringLiteral("INSERT INTO `group` (name, id_parent)\nVALUES (:name, :id_parent)")))
+    if (!prepare(query, QStringLiteral("INSERT INTO `group` (name, id_parent)\nVALUES (:name, :id_parent)")))
         return 0;
     query.bindValue(0, name);
     query.bindValue(1, parentId);
@@ -27,9 +29,9 @@ QList<int> KrvUserDatabase::subTree(int groupId) const
 {
     QList<int> ids;
     QSqlQuery query(connection());
-    if (query.prepare(QStringLiteral("WITH RECURSIVE tree(id) AS (SELECT id FROM `group` WHERE id = ?\n"
-                                     "UNION SELECT `group`.id FROM `group` JOIN tree ON `group`.id_parent = tree.id)\n"
-                                     "SELECT id FROM tree"))) {
+    if (prepare(query, QStringLiteral("WITH RECURSIVE tree(id) AS (SELECT id FROM `group` WHERE id = ?\n"
+                                      "UNION SELECT `group`.id FROM `group` JOIN tree ON `group`.id_parent = tree.id)\n"
+                                      "SELECT id FROM tree"))) {
         query.bindValue(0, groupId);
         if (execute(query)) {
             while (query.next())
@@ -42,7 +44,7 @@ QList<int> KrvUserDatabase::subTree(int groupId) const
 bool KrvUserDatabase::groupExists(int groupId) const
 {
     QSqlQuery query(connection());
-    if (!query.prepare(QStringLiteral("SELECT id FROM `group`\nWHERE id=:id")))
+    if (!prepare(query, QStringLiteral("SELECT id FROM `group`\nWHERE id=:id")))
         return false;
     query.bindValue(0, groupId);
     return execute(query) && query.next();
@@ -51,11 +53,13 @@ bool KrvUserDatabase::groupExists(int groupId) const
 bool KrvUserDatabase::removeGroup(int groupId)
 {
     UserDatabaseTransaction transaction(*this);
+    if (!transaction.isActive())
+        return false;
     const QList<int> removed = subTree(groupId);
     if (removed.isEmpty())
         return false;
     QSqlQuery query(connection());
-    if (!query.prepare(QStringLiteral("DELETE FROM `group`\nWHERE id=:id")))
+    if (!prepare(query, QStringLiteral("DELETE FROM `group`\nWHERE id=:id")))
         return false;
     query.bindValue(0, groupId);
     if (!execute(query))
@@ -70,6 +74,8 @@ bool KrvUserDatabase::removeGroup(int groupId)
 bool KrvUserDatabase::updateGroup(int groupId, const QString& name, int parentId)
 {
     UserDatabaseTransaction transaction(*this);
+    if (!transaction.isActive())
+        return false;
     QStringList assignments;
     if (!name.isNull())
         assignments.append(QStringLiteral("name=:name"));
@@ -78,8 +84,8 @@ bool KrvUserDatabase::updateGroup(int groupId, const QString& name, int parentId
     if (assignments.isEmpty() || !groupExists(groupId) || (parentId > 0 && subTree(groupId).contains(parentId)))
         return false;
     QSqlQuery query(connection());
-    if (!query.prepare(
-            QStringLiteral("UPDATE `group`\nSET %1\nWHERE id=:id").arg(assignments.join(QStringLiteral(", ")))))
+    if (!prepare(query,
+                 QStringLiteral("UPDATE `group`\nSET %1\nWHERE id=:id").arg(assignments.join(QStringLiteral(", ")))))
         return false;
     if (!name.isNull())
         query.bindValue(QStringLiteral(":name"), name);
@@ -100,8 +106,10 @@ bool KrvUserDatabase::renameGroup(int groupId, const QString& name)
 bool KrvUserDatabase::clearGroup(int groupId)
 {
     UserDatabaseTransaction transaction(*this);
+    if (!transaction.isActive())
+        return false;
     QSqlQuery query(connection());
-    if (!query.prepare(QStringLiteral("DELETE FROM `belongs_to`\nWHERE id_group = :id_group")))
+    if (!prepare(query, QStringLiteral("DELETE FROM `belongs_to`\nWHERE id_group = :id_group")))
         return false;
     query.bindValue(0, groupId);
     if (!execute(query))
@@ -113,11 +121,13 @@ bool KrvUserDatabase::clearGroup(int groupId)
 bool KrvUserDatabase::addFontsToGroup(const QList<FontHash>& fontHashes, int groupId)
 {
     UserDatabaseTransaction transaction(*this);
+    if (!transaction.isActive())
+        return false;
     if (!groupExists(groupId) || !ensureFonts(fontHashes))
         return false;
     QSqlQuery query(connection());
-    if (!query.prepare(QStringLiteral("INSERT OR REPLACE INTO `belongs_to` (id_font, id_group)\n"
-                                      "VALUES ((SELECT id FROM `font` WHERE filehash = :filehash), :id_group)")))
+    if (!prepare(query, QStringLiteral("INSERT OR REPLACE INTO `belongs_to` (id_font, id_group)\n"
+                                       "VALUES ((SELECT id FROM `font` WHERE filehash = :filehash), :id_group)")))
         return false;
     for (const FontHash& fontHash : fontHashes) {
         query.bindValue(0, fontHash);
@@ -132,9 +142,11 @@ bool KrvUserDatabase::addFontsToGroup(const QList<FontHash>& fontHashes, int gro
 bool KrvUserDatabase::removeFontsFromGroup(const QList<FontHash>& fontHashes, int groupId)
 {
     UserDatabaseTransaction transaction(*this);
+    if (!transaction.isActive())
+        return false;
     QSqlQuery query(connection());
-    if (!query.prepare(QStringLiteral("DELETE FROM `belongs_to`\nWHERE (SELECT id FROM `font` WHERE filehash = "
-                                      ":filehash) = id_font AND id_group = :id_group")))
+    if (!prepare(query, QStringLiteral("DELETE FROM `belongs_to`\nWHERE (SELECT id FROM `font` WHERE filehash = "
+                                       ":filehash) = id_font AND id_group = :id_group")))
         return false;
     for (const FontHash& fontHash : fontHashes) {
         query.bindValue(0, fontHash);
@@ -196,7 +208,7 @@ QList<KrvUserDatabase::Group> KrvUserDatabase::groups(const GroupFilter& filter)
         return found.values();
     }
     QSqlQuery query(connection());
-    if (query.prepare(statement)) {
+    if (prepare(query, statement)) {
         for (int i = 0; i < leading.size(); ++i)
             query.bindValue(i, leading.at(i));
         if (execute(query)) {

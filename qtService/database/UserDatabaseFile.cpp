@@ -160,6 +160,9 @@ bool UserDatabaseFile::prepare()
 
 UserDatabaseFile::Condition UserDatabaseFile::examine() const
 {
+    // SQLite takes a file shorter than its header for a new one and would write over what it holds.
+    if (QFileInfo(m_fileName).size() < 100 && QFileInfo(m_fileName).isFile())
+        return Condition::Damaged;
     ScopedConnection connection(m_fileName);
     QSqlQuery query(connection.database);
     if (!connection.database.isOpen() || !query.exec(QStringLiteral("PRAGMA quick_check"))) {

@@ -14,6 +14,11 @@ UserDatabaseTransaction::~UserDatabaseTransaction()
         m_database.endTransaction(false);
 }
 
+bool UserDatabaseTransaction::isActive() const
+{
+    return m_open;
+}
+
 bool UserDatabaseTransaction::commit()
 {
     if (!m_open)

@@ -11,6 +11,8 @@ public:
     UserDatabaseTransaction(const UserDatabaseTransaction&) = delete;
     UserDatabaseTransaction& operator=(const UserDatabaseTransaction&) = delete;
 
+    // False when it could not be begun; nothing may be written then.
+    bool isActive() const;
     bool commit();
 
 private:
