@@ -2,6 +2,7 @@
 
 #include "qtService/database/FontRepositoryStrategy.h"
 
+#include <QMutex>
 #include <QReadWriteLock>
 
 // The catalogue in memory: reads are answered from the records kept here, writes go to the strategy below first and
@@ -12,7 +13,7 @@ class CachedFontRepositoryStrategy : public FontRepositoryStrategy
 public:
     explicit CachedFontRepositoryStrategy(const QSharedPointer<FontRepositoryStrategy>& storage);
 
-    // In the order of storing; shares the list that is kept, so that a snapshot costs nothing.
+    // In ascending order of ids; shares the list that is kept, so that a snapshot costs nothing.
     QList<StaticFontPtr> fonts() override;
     StaticFontPtr font(int id) override;
     // Null when no record has the hash.
@@ -37,16 +38,19 @@ public:
 
 private:
     void insertRecords(const QList<StaticFontPtr>& fonts);
+    void addFaces(const QList<StaticFontPtr>& fonts);
     void refreshFoundries();
-    QList<StaticFontPtr> snapshot();
     QList<StaticFontPtr> candidates(const MatchingCriteriaPtr& criteria);
 
     const QSharedPointer<FontRepositoryStrategy> m_storage;
+    // Held by a writer from the storage to the cache, so that both see changes in one order.
+    QMutex m_writers;
     QReadWriteLock m_lock; // guards what follows
     QHash<int, StaticFontPtr> m_byId;
-    QHash<QString, StaticFontPtr> m_byHash;
-    QList<StaticFontPtr> m_list;
+    QHash<QString, StaticFontPtr> m_byHash; // once m_hashesKnown
+    QList<StaticFontPtr> m_list;            // ascending ids
     bool m_hashesKnown = false;
     QStringList m_foundries;
-    QHash<QString, QList<int>> m_fileFaces;
+    QHash<QString, QList<int>> m_fileFaces; // once m_facesKnown
+    bool m_facesKnown = false;
 };

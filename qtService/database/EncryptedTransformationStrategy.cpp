@@ -31,13 +31,14 @@ QVariant EncryptedTransformationStrategy<Column>::toDatabase(Column column, cons
     const QVariant stored = m_inner->toDatabase(column, value);
     if (m_plainColumns.contains(column))
         return stored;
-    if (stored.type() == QVariant::String) {
-        // A null text is an empty one, or SQL would compare it as unknown where the record compares it as empty.
-        return stored.isNull()             ? QVariant(QStringLiteral(""))
-               : m_values.changesNothing() ? stored
-                                           : encodeValue(stored.toString());
-    }
-    return stored.isNull() ? QVariant() : QVariant(encodeValue(stored.toString()));
+    const bool isText = stored.type() == QVariant::String;
+    if (!isText && stored.isNull())
+        return QVariant();
+    if (isText && m_values.changesNothing() && !stored.isNull())
+        return stored;
+    const QString text = encodeValue(stored.toString());
+    // A null text is an empty one, or SQL would compare it as unknown where the record compares it as empty.
+    return text.isNull() ? QString(QLatin1String("")) : text;
 }
 
 template <class Column>

@@ -40,7 +40,12 @@ void SecondsText::set(const QString& text)
 
 void SecondsText::set(const QDateTime& moment)
 {
-    m_number = toUnixSeconds(moment);
+    setSeconds(toUnixSeconds(moment));
+}
+
+void SecondsText::setSeconds(quint32 seconds)
+{
+    m_number = seconds;
     m_other.clear();
 }
 

@@ -18,6 +18,7 @@ class SecondsText
 public:
     void set(const QString& text);
     void set(const QDateTime& moment);
+    void setSeconds(quint32 seconds);
     QString text() const;
     // The epoch when the text is no int.
     QDateTime moment() const;

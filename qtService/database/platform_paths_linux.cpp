@@ -1,0 +1,10 @@
+#include "qtService/database/platform_paths.h"
+
+namespace fms::platform {
+
+QString pathKey(const QString& path)
+{
+    return path;
+}
+
+} // namespace fms::platform
