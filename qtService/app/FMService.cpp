@@ -1,0 +1,321 @@
+#include "qtService/app/FMService.h"
+
+#include "qtService/app/PortProbe.h"
+#include "qtService/app/ServiceResourceHandler.h"
+#include "qtService/app/SessionEndWatch.h"
+#include "qtService/app/core/ErrorCode.h"
+#include "qtService/app/core/SettingsFolders.h"
+#include "qtService/app/core/Version.h"
+#include "qtService/app/platform_process.h"
+#include "qtService/app/service/FontManagementService.h"
+#include "qtService/database/KrvFontRepository.h"
+#include "rest/Server.h"
+#include "rest/http/FMSRequest.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFileInfo>
+#include <QLockFile>
+#include <QSettings>
+#include <QSqlDatabase>
+
+#include <cstdio>
+
+namespace {
+
+constexpr int firstPort = 33000;
+constexpr int lastPort = 65535;
+// How long a start waits for the port of an instance that is itself still starting.
+constexpr int otherInstancePatienceMs = 20000;
+
+const char* const helperPrograms[] = {"krvfindsimilar.exe", "krvextractfeatures.exe", "krvfontadder.exe"};
+
+// The stored port, or 0 when there is none that a listener could have.
+int storedPort()
+{
+    const QSettings settings(krv::userSettingsFolder() + QStringLiteral("port.ini"), QSettings::IniFormat);
+    bool isNumber = false;
+    const int port = settings.value(QStringLiteral("Port"), 0).toInt(&isNumber);
+    return isNumber && port >= 1 && port <= lastPort ? port : 0;
+}
+
+void storePort(int port)
+{
+    QSettings settings(krv::userSettingsFolder() + QStringLiteral("port.ini"), QSettings::IniFormat);
+    settings.setValue(QStringLiteral("Port"), port);
+    settings.sync();
+}
+
+bool isPortTaken(int port)
+{
+    return krv::isPortInUse(QHostAddress::LocalHost, port);
+}
+
+} // namespace
+
+FMService::FMService(int& argc, char** argv)
+    : QApplication(argc, argv)
+{
+    setAttribute(Qt::AA_UseHighDpiPixmaps);
+    setQuitOnLastWindowClosed(false);
+    setApplicationName(QStringLiteral("Kerval"));
+    setApplicationVersion(krv::versionString());
+    qRegisterMetaType<fms::ErrorCode>("fms::ErrorCode");
+    qRegisterMetaType<fms::FMSRequest>("fms::FMSRequest");
+
+    m_sessionEnd = std::make_unique<SessionEndWatch>();
+    connect(m_sessionEnd.get(), &SessionEndWatch::sessionEnding, this, &FMService::onSessionEnding);
+    m_userId = QString::fromLatin1(QDir::homePath().toUtf8().toHex());
+    addLibraryPath(krv::platform::executablePath());
+}
+
+FMService::~FMService()
+{
+    m_sessionEnd.reset();
+    m_server.reset();
+    if (m_state != NotStarted)
+        m_log.log(FMSLog::ServiceStopped, QString());
+    m_fontManagementService.reset();
+    const QStringList connections = QSqlDatabase::connectionNames();
+    for (const QString& name : connections)
+        QSqlDatabase::removeDatabase(name);
+    FMSLog::setInstance(nullptr);
+}
+
+QString FMService::versionString() const
+{
+    return krv::versionString();
+}
+
+int FMService::versionNumber() const
+{
+    return krv::versionNumber();
+}
+
+bool FMService::checkRequiredFiles(const QString& programPath)
+{
+    const QString folder = QFileInfo(programPath).absolutePath();
+    qDebug() << "M_1_"
+             << "Checking for files required from service:";
+    for (const char* name : helperPrograms) {
+        const QString path = folder + QLatin1Char('/') + QLatin1String(name);
+        const bool exists = QFile::exists(path);
+        qDebug() << "M_1_" << '\t' << path << "exists"
+                 << "=" << exists;
+        if (!exists) {
+            std::printf("File %s does NOT EXISTS!!!\n", qPrintable(path));
+            std::fflush(stdout);
+            return false;
+        }
+    }
+    return true;
+}
+
+bool FMService::start(int* port, bool startFontManager)
+{
+    if (!checkSettingsFolder()) {
+        stop();
+        return false;
+    }
+    if (!acquireInstanceLock(port)) {
+        stop();
+        return false;
+    }
+    // The log needs the folder, and a second instance must not write into it.
+    m_log.setFolder(krv::userSettingsFolder());
+    FMSLog::setInstance(&m_log);
+
+    const int chosen = choosePort(port);
+    if (chosen == 0) {
+        stop();
+        return false;
+    }
+    storePort(chosen);
+    *port = chosen;
+
+    m_fontManagementService = QSharedPointer<FontManagementService>::create();
+    m_server = std::make_unique<api::rest::Server>(m_fontManagementService);
+    m_server->addHandler("/service(/.+)?/?", new ServiceResourceHandler(this));
+
+    m_log.log(FMSLog::ServiceStarted, QString());
+    qDebug() << "M_1_"
+             << "FMService::start() starts";
+    m_state = Initializing;
+
+    connect(m_fontManagementService.data(), &FontManagementService::started, this,
+            &FMService::onFontManagementServiceStarted);
+    if (startFontManager)
+        onShowFontManagerTriggered();
+    m_fontManagementService->start();
+    return true;
+}
+
+bool FMService::checkSettingsFolder()
+{
+    const QString folder = krv::userSettingsFolder();
+    if (folder.isEmpty()) {
+        qCritical() << "FMService::start" << __LINE__ << "failed to obtain path to the home folder...Exiting...";
+        return false;
+    }
+    QFile probe(folder + QStringLiteral("/rwtest"));
+    // A full disk lets a file be made but not filled.
+    const bool writable = probe.open(QIODevice::WriteOnly) && probe.write("rw") == 2 && probe.flush();
+    probe.close();
+    probe.remove();
+    if (!writable)
+        qCritical() << "FMService::start" << __LINE__ << "failed to write to settings folder (" << folder
+                    << ")...Exiting...";
+    return writable;
+}
+
+// Two services must never write the same databases, not even for the moment between choosing a port and listening on
+// it. So the first holds a lock file, and a later one waits until the first answers on its port.
+bool FMService::acquireInstanceLock(int* runningPort)
+{
+    m_instanceLock = std::make_unique<QLockFile>(krv::userSettingsFolder() + QStringLiteral("service.lock"));
+    m_instanceLock->setStaleLockTime(0); // stale only when its process is gone
+    QElapsedTimer waiting;
+    waiting.start();
+    do {
+        if (m_instanceLock->tryLock(100))
+            return true;
+        const int port = storedPort();
+        if (m_instanceLock->error() != QLockFile::LockFailedError)
+            return true; // a file system without locks: the port alone decides
+        if (port != 0 && isPortTaken(port) && krv::queryRunningService(port).userId == m_userId) {
+            *runningPort = port;
+            qCritical() << "E_0_"
+                        << "ANOTHER INSTANCE OF FMSERVICE IS ALREADY RUNNING( port" << port << "), quiting...";
+            return false;
+        }
+    } while (waiting.elapsed() < otherInstancePatienceMs);
+    qCritical() << "E_0_"
+                << "ANOTHER INSTANCE OF FMSERVICE IS ALREADY RUNNING but does not answer, quiting...";
+    return false;
+}
+
+// The port to listen on; 0 when a service of this user already runs, whose port is then stored in *runningPort.
+int FMService::choosePort(int* runningPort)
+{
+    const int stored = storedPort();
+    if (stored != 0 && !isPortTaken(stored))
+        return stored;
+    if (stored != 0 && krv::queryRunningService(stored).userId == m_userId) {
+        *runningPort = stored;
+        qCritical() << "E_0_"
+                    << "ANOTHER INSTANCE OF FMSERVICE IS ALREADY RUNNING( port" << stored << "), quiting...";
+        return 0;
+    }
+    for (int port = firstPort; port <= lastPort; ++port) {
+        if (!isPortTaken(port))
+            return port;
+        if (port != stored && krv::queryRunningService(port).userId == m_userId) {
+            *runningPort = port;
+            qCritical() << "E_0_"
+                        << "ANOTHER INSTANCE OF FMSERVICE IS ALREADY RUNNING( port" << port << " case 2), quiting...";
+            return 0;
+        }
+    }
+    qCritical() << "E_0_"
+                << "no free port from" << firstPort << "upward, quiting...";
+    return 0;
+}
+
+void FMService::onFontManagementServiceStarted()
+{
+    if (m_state != Initializing)
+        return;
+    const int error = initialize();
+    // The port is published when the state becomes Ready, so the listener comes first.
+    if (error == 0 && !listen()) {
+        fail();
+        return;
+    }
+    onInitializeFinished(error);
+    qDebug() << "M_1_"
+             << "FMService::start() ends";
+}
+
+bool FMService::listen()
+{
+    const int port = storedPort();
+    qDebug().noquote() << QStringLiteral("U_ Port: %1").arg(port);
+    if (m_server->listen(quint16(port)))
+        return true;
+    qCritical() << "E_0_"
+                << "SERVER FAILED TO BIND LISTENER TO THE PORT, quiting...";
+    // Somebody took the port meanwhile; if that is this user's service, its port is what the launcher wants to know.
+    if (krv::queryRunningService(port).userId == m_userId)
+        m_otherInstancePort = port;
+    return false;
+}
+
+void FMService::fail()
+{
+    stop();
+    m_state = Failed;
+    emit stateReadyOrInitialized();
+    exit(0);
+}
+
+int FMService::initialize()
+{
+    qDebug() << "M_1_"
+             << "FMService::initialize started, thread id:" << QThread::currentThreadId();
+    m_state = Initialized;
+    return 0;
+}
+
+void FMService::onInitializeFinished(int error)
+{
+    qDebug() << "M_1_"
+             << "FMService::onInitializeFinished starts, thread id:" << QThread::currentThreadId()
+             << "errorcode:" << error;
+    if (error != 0) {
+        fail();
+        return;
+    }
+    m_state = Ready;
+    emit stateReadyOrInitialized();
+    if (m_showWhenReady)
+        scanWhenEmpty();
+}
+
+void FMService::onShowFontManagerTriggered()
+{
+    if (m_state == Ready)
+        scanWhenEmpty();
+    else
+        m_showWhenReady = true;
+}
+
+void FMService::scanWhenEmpty()
+{
+    if (m_fontManagementService->repository()->fontCount() == 0)
+        QMetaObject::invokeMethod(m_fontManagementService.data(), &FontManagementService::rescanFonts,
+                                  Qt::QueuedConnection);
+}
+
+void FMService::onSessionEnding()
+{
+    if (m_state == NotStarted || m_state == Initializing)
+        m_state = Failed; // releases a launcher that still waits for the port
+    stop();
+    quit();
+}
+
+void FMService::stop()
+{
+    qDebug() << "M_0_"
+             << "FMService::stop starting";
+    // No request may find a library that is closing.
+    if (m_server)
+        m_server->close();
+    m_server.reset();
+    if (m_fontManagementService && m_fontManagementService->isStarted())
+        m_fontManagementService->stop();
+    disconnect(this, nullptr, nullptr, nullptr);
+    qDebug() << "M_0_"
+             << "FMService::stop ending";
+}

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "qtService/app/core/FMSLog.h"
+#include "qtService/app/core/FMSSettings.h"
+
+#include <QApplication>
+#include <QSharedPointer>
+
+#include <memory>
+
+class FontManagementService;
+class QLockFile;
+class SessionEndWatch;
+
+namespace api::rest {
+class Server;
+}
+
+// The application object of the service role; it lives for the whole run. It checks the settings folder, chooses the
+// port, owns the library service and the HTTP interface, opens the window on request and takes everything down in a
+// fixed order. Works without a notification area and without a display. Main thread.
+//
+// start() returns quickly; the library opens in its own thread and the state becomes Ready or Failed from the event
+// loop.
+class FMService : public QApplication
+{
+    Q_OBJECT
+
+public:
+    enum State
+    {
+        NotStarted = 0,
+        Initializing = 2,
+        Initialized = 3,
+        Ready = 7,
+        Failed = 8
+    };
+
+    FMService(int& argc, char** argv);
+    ~FMService() override;
+
+    // False when the service cannot run; *port is then that of this user's service that already runs, or untouched.
+    bool start(int* port, bool startFontManager);
+    void stop();
+    int initialize();
+    int state() const { return m_state; }
+    // After Failed: the port of this user's service that won a race for the port, or 0.
+    int otherInstancePort() const { return m_otherInstancePort; }
+
+    // True when the three helper programs lie beside the program.
+    static bool checkRequiredFiles(const QString& programPath);
+
+    QString versionString() const;
+    int versionNumber() const;
+    // The home folder's path in UTF-8, as lower-case hexadecimal.
+    QString userId() const { return m_userId; }
+
+public slots:
+    void onShowFontManagerTriggered();
+
+signals:
+    void stateReadyOrInitialized();
+
+private slots:
+    void onInitializeFinished(int error);
+    void onFontManagementServiceStarted();
+    void onSessionEnding();
+
+private:
+    bool checkSettingsFolder();
+    bool acquireInstanceLock(int* runningPort);
+    int choosePort(int* runningPort);
+    bool listen();
+    void fail();
+    void scanWhenEmpty();
+
+    QString m_userId;
+    State m_state = NotStarted;
+    int m_otherInstancePort = 0;
+    bool m_showWhenReady = false;
+    FMSLog m_log;
+    FMSSettings m_settings;
+    std::unique_ptr<QLockFile> m_instanceLock;
+    std::unique_ptr<SessionEndWatch> m_sessionEnd;
+    QSharedPointer<FontManagementService> m_fontManagementService;
+    std::unique_ptr<api::rest::Server> m_server;
+};
