@@ -51,6 +51,7 @@ public:
         EncodingOldLatin2 = 12,
         EncodingAppleRoman = 13
     };
+    Q_ENUM(Encoding)
     enum Platform
     {
         PlatformUnknown = 0,
@@ -60,6 +61,7 @@ public:
         PlatformCustom = 4,
         PlatformAdobe = 5
     };
+    Q_ENUM(Platform)
     // The kind of a file by its extension.
     enum Format
     {
@@ -73,6 +75,7 @@ public:
         FormatDfont = 7,
         FormatMbn = 8
     };
+    Q_ENUM(Format)
     // The coarser grouping that callers outside rendering use.
     enum FileType
     {
@@ -83,6 +86,7 @@ public:
         FileTypeType1 = 4,
         FileTypeDfont = 5
     };
+    Q_ENUM(FileType)
 
     struct CharMap
     {
