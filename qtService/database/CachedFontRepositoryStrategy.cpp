@@ -86,33 +86,50 @@ QList<int> CachedFontRepositoryStrategy::findMatchingFontIds(const MatchingCrite
     return command->fontIds();
 }
 
-// The records that can match: all of them, or those named by a condition "id in list", which groups put into every
-// query about a change. Ids ascend in the list of records, so sorted ids keep its order.
+// The records that can match: all of them, or those named by a condition on id or hash in a list, which groups put into
+// their queries. Ids ascend in the list of records, so records sorted by id keep its order.
 QList<StaticFontPtr> CachedFontRepositoryStrategy::candidates(const MatchingCriteriaPtr& criteria)
 {
     if (!criteria || criteria->groupKind() != MatchingCriteria::AllOf)
         return fonts();
     const QList<MatchingCriteriaPtr> conditions = criteria->children();
     for (const MatchingCriteriaPtr& condition : conditions) {
-        if (!condition || condition->operatorFlags() != MatchingCriteria::InList ||
-            condition->propertyName() != QLatin1String("id"))
+        if (!condition || condition->operatorFlags() != MatchingCriteria::InList)
             continue;
-        QList<int> ids;
-        const QVariantList elements = criteria::elements(condition->value());
-        for (const QVariant& element : elements)
-            ids.append(element.toInt());
-        std::sort(ids.begin(), ids.end());
-        ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
-
-        QReadLocker locker(&m_lock);
-        QList<StaticFontPtr> named;
-        for (int id : qAsConst(ids)) {
-            if (const StaticFontPtr font = m_byId.value(id))
-                named.append(font);
-        }
-        return named;
+        if (condition->propertyName() == QLatin1String("id"))
+            return fontsNamed(criteria::elements(condition->value()));
+        if (condition->propertyName() == QLatin1String("fontHash"))
+            return fontsHashed(criteria::elements(condition->value()));
     }
     return fonts();
+}
+
+QList<StaticFontPtr> CachedFontRepositoryStrategy::fontsNamed(const QVariantList& elements)
+{
+    QVector<int> ids;
+    ids.reserve(elements.size());
+    for (const QVariant& element : elements)
+        ids.append(element.toInt());
+    std::sort(ids.begin(), ids.end());
+    ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
+
+    QReadLocker locker(&m_lock);
+    QList<StaticFontPtr> named;
+    for (int id : qAsConst(ids)) {
+        if (const StaticFontPtr font = m_byId.value(id))
+            named.append(font);
+    }
+    return named;
+}
+
+QList<StaticFontPtr> CachedFontRepositoryStrategy::fontsHashed(const QVariantList& elements)
+{
+    QMap<int, StaticFontPtr> found;
+    for (const QVariant& element : elements) {
+        if (const StaticFontPtr font = fontForHash(element.toString()))
+            found.insert(font->id(), font);
+    }
+    return found.values();
 }
 
 bool CachedFontRepositoryStrategy::addFonts(const QList<StaticFontPtr>& fonts)

@@ -41,6 +41,8 @@ private:
     void addFaces(const QList<StaticFontPtr>& fonts);
     void refreshFoundries();
     QList<StaticFontPtr> candidates(const MatchingCriteriaPtr& criteria);
+    QList<StaticFontPtr> fontsNamed(const QVariantList& elements);
+    QList<StaticFontPtr> fontsHashed(const QVariantList& elements);
 
     const QSharedPointer<FontRepositoryStrategy> m_storage;
     // Held by a writer from the storage to the cache, so that both see changes in one order.
