@@ -13,7 +13,7 @@ class QSqlDatabase;
 class UserDatabaseFile
 {
 public:
-    static const int CurrentVersion = 6;
+    static constexpr int CurrentVersion = 6;
 
     explicit UserDatabaseFile(const QString& fileName);
 

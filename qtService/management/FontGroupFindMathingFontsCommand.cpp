@@ -2,6 +2,8 @@
 
 #include "qtService/management/FontGroup.h"
 
+#include <algorithm>
+
 namespace {
 
 QSharedPointer<FontCollectionInterface> rootOf(QSharedPointer<FontCollectionInterface> collection)
@@ -65,14 +67,14 @@ void FontGroupFindMathingFontsCommand::operator()()
 
     const bool ownOrder = orderProperty().isEmpty();
     if (idsOnly())
-        setFontIds(ownOrder ? m_members.inOrder(query->fontIds()) : query->fontIds());
+        setFontIds(ownOrder ? m_members.inOrder(query->fontIds()) : membersAmong(query->fontIds()));
     else
-        setFonts(ownOrder ? inGroupOrder(query->fonts()) : query->fonts());
+        setFonts(ownOrder ? inGroupOrder(query->fonts()) : membersAmong(query->fonts()));
     setState(query->state() == Finished ? Finished : Failed);
 }
 
-// The query asks for some fonts by id, or for all: what it asks for is cut down to members here, where that is a hash
-// test, and the root looks its candidates up instead of reading the whole catalogue.
+// A query that asks for some fonts by id is cut down to the members among them here, where that is a hash test; the
+// root then looks these up instead of reading the whole catalogue.
 MatchingCriteriaPtr FontGroupFindMathingFontsCommand::criteriaAmongMembers() const
 {
     const MatchingCriteriaPtr asked = criteria();
@@ -82,17 +84,31 @@ MatchingCriteriaPtr FontGroupFindMathingFontsCommand::criteriaAmongMembers() con
     else if (asked)
         conditions.append(asked);
 
-    QList<int> candidates = m_members.ids();
     for (int i = 0; i < conditions.size(); ++i) {
         QList<int> ids;
         if (idsOfCondition(conditions.at(i), &ids)) {
-            candidates = m_members.inOrder(ids);
-            conditions.removeAt(i);
-            break;
+            conditions[i] = MatchingCriteria::idIn(m_members.inOrder(ids));
+            return MatchingCriteria::allOf(conditions);
         }
     }
-    conditions.prepend(MatchingCriteria::idIn(candidates));
+    // A group that holds much of the catalogue is cheaper taken from all matches than named font by font.
+    if (m_members.count() < m_root->fontCount() / 4)
+        conditions.prepend(MatchingCriteria::idIn(m_members.ids()));
     return MatchingCriteria::allOf(conditions);
+}
+
+QList<int> FontGroupFindMathingFontsCommand::membersAmong(QList<int> fontIds) const
+{
+    const auto isStranger = [this](int id) { return !m_members.contains(id); };
+    fontIds.erase(std::remove_if(fontIds.begin(), fontIds.end(), isStranger), fontIds.end());
+    return fontIds;
+}
+
+QList<StaticFontPtr> FontGroupFindMathingFontsCommand::membersAmong(QList<StaticFontPtr> fonts) const
+{
+    const auto isStranger = [this](const StaticFontPtr& font) { return !m_members.contains(font->id()); };
+    fonts.erase(std::remove_if(fonts.begin(), fonts.end(), isStranger), fonts.end());
+    return fonts;
 }
 
 QList<StaticFontPtr> FontGroupFindMathingFontsCommand::inGroupOrder(const QList<StaticFontPtr>& fonts) const

@@ -21,6 +21,8 @@ protected:
 
 private:
     MatchingCriteriaPtr criteriaAmongMembers() const;
+    QList<int> membersAmong(QList<int> fontIds) const;
+    QList<StaticFontPtr> membersAmong(QList<StaticFontPtr> fonts) const;
     QList<StaticFontPtr> inGroupOrder(const QList<StaticFontPtr>& fonts) const;
 
     QSharedPointer<FontCollectionInterface> m_root;
