@@ -121,6 +121,12 @@ void JsonWriter::null()
     m_out.append("null", 4);
 }
 
+void JsonWriter::encoded(const QByteArray& json)
+{
+    separate();
+    m_out.append(json);
+}
+
 void JsonWriter::value(const QString& text)
 {
     separate();

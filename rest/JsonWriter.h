@@ -28,7 +28,10 @@ public:
     void value(bool truth);
     // Lone surrogates, which JSON cannot carry, become U+FFFD.
     void value(const QString& text);
+    void value(const char*) = delete; // would be taken for a bool
     void null();
+    // A value that has been written as JSON before.
+    void encoded(const QByteArray& json);
 
     template <class Value>
     void member(QLatin1String name, const Value& v)

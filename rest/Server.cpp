@@ -22,10 +22,15 @@ Server::~Server() = default;
 
 void Server::addHandler(const std::string& pattern, ResourceHandler* handler)
 {
+    addRoute(pattern, handler, false);
+}
+
+void Server::addRoute(const std::string& pattern, ResourceHandler* handler, bool needsLibrary)
+{
     // PCRE instead of the standard library's expressions, which recurse for each character of a path.
     const QRegularExpression expression(QRegularExpression::anchoredPattern(QString::fromStdString(pattern)));
     Q_ASSERT(expression.isValid());
-    m_routes.push_back({pattern, expression, std::shared_ptr<ResourceHandler>(handler)});
+    m_routes.push_back({pattern, expression, std::shared_ptr<ResourceHandler>(handler), needsLibrary});
 }
 
 QVector<Server::Route> Server::routes() const
@@ -82,26 +87,28 @@ void Server::onBodyLoaded()
     const QPointer<QHttpResponse> response = m_pending.take(request);
     if (!request || !response || response->isFinished() || !request->isComplete())
         return;
-    dispatch(request, response, handlerFor(request->path()));
+    const QString path = request->path();
+    const auto route = std::find_if(m_routes.cbegin(), m_routes.cend(), [&path](const RouteEntry& entry) {
+        return entry.expression.match(path).hasMatch();
+    });
+    if (route == m_routes.cend())
+        refuse(response, QHttpResponse::STATUS_NOT_FOUND);
+    else if (route->needsLibrary && !isLibraryOpen())
+        refuse(response, QHttpResponse::STATUS_SERVICE_UNAVAILABLE);
+    else
+        dispatch(request, response, std::shared_ptr<ResourceHandler>(route->handler));
 }
 
-std::shared_ptr<ResourceHandler> Server::handlerFor(const QString& path) const
+void Server::refuse(QHttpResponse* response, int statusCode)
 {
-    const auto route = std::find_if(m_routes.cbegin(), m_routes.cend(),
-                                    [&](const RouteEntry& entry) { return entry.expression.match(path).hasMatch(); });
-    return route == m_routes.cend() ? nullptr : route->handler;
+    response->writeHead(statusCode);
+    response->end();
 }
 
 // Static, with a handler of its own share: while a handler waits in an event loop the server may be destroyed.
 void Server::dispatch(QHttpRequest* request, const QPointer<QHttpResponse>& response,
                       const std::shared_ptr<ResourceHandler>& handler)
 {
-    if (!handler) {
-        response->writeHead(QHttpResponse::STATUS_NOT_FOUND);
-        response->end();
-        return;
-    }
-
     ResourceHandler::Headers headers;
     QByteArray body;
     int status = QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;

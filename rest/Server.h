@@ -22,7 +22,7 @@ namespace api::rest {
 // The REST/JSON interface of the running service. Routes are tried in the order in which they were added; the first
 // whose pattern matches the whole decoded path answers. Main thread only.
 //
-// The service has to be started before the first request is served, and may stop only after close().
+// While the service is not started, the library's resources answer 503.
 class Server : public QObject
 {
     Q_OBJECT
@@ -59,12 +59,15 @@ private:
         std::string pattern;
         QRegularExpression expression;
         std::shared_ptr<ResourceHandler> handler; // shared with the requests it is answering
+        bool needsLibrary;
     };
 
     void addResources(const QSharedPointer<FontManagementService>& service);
-    std::shared_ptr<ResourceHandler> handlerFor(const QString& path) const;
+    void addRoute(const std::string& pattern, ResourceHandler* handler, bool needsLibrary);
+    bool isLibraryOpen() const;
     static void dispatch(QHttpRequest* request, const QPointer<QHttpResponse>& response,
                          const std::shared_ptr<ResourceHandler>& handler);
+    static void refuse(QHttpResponse* response, int statusCode);
 
     QHttpServer m_httpServer;
     std::vector<RouteEntry> m_routes;

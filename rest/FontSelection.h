@@ -1,0 +1,48 @@
+#pragma once
+
+#include "qtService/database/MatchingCriteria.h"
+#include "qtService/database/StaticFont.h"
+
+#include <QHash>
+#include <QList>
+#include <QSharedPointer>
+#include <QString>
+
+class FontCollectionInterface;
+class FontManagementService;
+class SimilarFontsGroup;
+
+namespace api::rest {
+
+// The fonts that a query string selects: a collection (the catalogue, a group, the result of a similarity search) and
+// criteria put to it. Made on the main thread. A similarity search runs an event loop there; other selections may be
+// asked for on any thread.
+class FontSelection
+{
+public:
+    enum class Similarity
+    {
+        Allowed,
+        Ignored
+    };
+
+    FontSelection(FontManagementService& service, const QHash<QString, QString>& parameters, Similarity similarity);
+
+    bool isSimilaritySearch() const { return !m_similar.isNull(); }
+    // In the order of the collection; of a similarity search, best first.
+    QList<StaticFontPtr> fonts() const;
+    QList<int> fontIds() const;
+
+    // By the values of a property, equal ones in their former order. Names that are no property of a font sort nothing.
+    static void sortByProperty(QList<StaticFontPtr>& fonts, const QString& property, bool descending);
+
+private:
+    QSharedPointer<FontCollectionInterface>
+    groupOrCatalogue(FontManagementService& service, const QHash<QString, QString>& parameters, bool* isGroup) const;
+
+    QSharedPointer<FontCollectionInterface> m_collection;
+    QSharedPointer<SimilarFontsGroup> m_similar;
+    MatchingCriteriaPtr m_criteria;
+};
+
+} // namespace api::rest

@@ -1,0 +1,161 @@
+#include "rest/GroupMembershipResourceHandler.h"
+
+#include "qtService/app/service/FontManagementService.h"
+#include "qtService/database/KrvFontRepository.h"
+#include "qtService/management/SystemFontGroupList.h"
+#include "qtService/management/UserFontGroupList.h"
+#include "rest/JsonWriter.h"
+#include "rest/http/QHttpResponse.h"
+#include "rest/waiting.h"
+
+#include <QSet>
+
+#include <optional>
+
+namespace api::rest {
+
+namespace {
+
+struct Ids
+{
+    QList<int> groups;
+    QList<int> fonts;
+};
+
+void writeMembership(JsonWriter& json, int groupId, int fontId)
+{
+    json.beginObject();
+    json.member(QLatin1String("groupId"), groupId);
+    json.member(QLatin1String("fontId"), fontId);
+    json.member(QLatin1String("id"), QString(QString::number(groupId) + QLatin1Char(';') + QString::number(fontId)));
+    json.endObject();
+}
+
+// The section behind "/group_memberships/" as a pair of ids; nothing when it is none.
+std::optional<Ids> idsFromItem(const QString& item)
+{
+    const QStringList parts = item.split(QLatin1Char(';'));
+    const int groupId = parts.value(0).toInt();
+    const int fontId = parts.value(1).toInt();
+    if (parts.size() != 2 || groupId <= 0 || fontId <= 0)
+        return std::nullopt;
+    return Ids{{groupId}, {fontId}};
+}
+
+// For deleting: what is given must be numbers throughout. An empty or unreadable list would otherwise say "all".
+std::optional<QList<int>> strictList(const QHash<QString, QString>& parameters, const QString& key)
+{
+    QList<int> list;
+    const auto given = parameters.constFind(key);
+    if (given == parameters.constEnd())
+        return list;
+    const QStringList parts = given->split(QLatin1Char(','));
+    for (const QString& part : parts) {
+        bool isNumber = false;
+        list.append(part.toInt(&isNumber));
+        if (!isNumber)
+            return std::nullopt;
+    }
+    return list;
+}
+
+std::optional<Ids> idsFromQuery(const QUrl& url)
+{
+    const QHash<QString, QString> parameters = ResourceHandler::queryParameters(url);
+    const auto groups = strictList(parameters, QStringLiteral("groupId"));
+    const auto fonts = strictList(parameters, QStringLiteral("fontId"));
+    if (!groups || !fonts)
+        return std::nullopt;
+    return Ids{*groups, *fonts};
+}
+
+} // namespace
+
+GroupMembershipResourceHandler::GroupMembershipResourceHandler(const QSharedPointer<FontManagementService>& service)
+    : LibraryResourceHandler(service, {QHttpRequest::HTTP_GET, QHttpRequest::HTTP_POST, QHttpRequest::HTTP_DELETE})
+{
+}
+
+int GroupMembershipResourceHandler::get(QHttpRequest* request, Headers* headers, QByteArray* body)
+{
+    const QHash<QString, QString> parameters = queryParameters(request->url());
+    const QList<int> groupIds = numberList(parameters.value(QStringLiteral("groupId")));
+    const QList<int> fontIdList = numberList(parameters.value(QStringLiteral("fontId")));
+    const QSet<int> fontIds(fontIdList.cbegin(), fontIdList.cend());
+    const QList<QSharedPointer<FontGroupList>> lists{service().systemFontGroups(), service().userFontGroups()};
+    const auto repository = service().repository();
+    if (!repository || lists.contains({}))
+        return QHttpResponse::STATUS_SERVICE_UNAVAILABLE;
+
+    runForFonts(repository->fontCount(), [&] {
+        JsonWriter json(*body);
+        json.beginArray();
+        for (const QSharedPointer<FontGroupList>& list : lists) {
+            const QList<int> ids = list->groupIdList();
+            for (const int id : ids) {
+                if (!groupIds.isEmpty() && !groupIds.contains(id))
+                    continue;
+                const FontGroupPtr group = list->group(id);
+                const QList<int> members = group ? group->fontIdList() : QList<int>();
+                for (const int fontId : members) {
+                    if (fontIds.isEmpty() || fontIds.contains(fontId))
+                        writeMembership(json, id, fontId);
+                }
+            }
+        }
+        json.endArray();
+    });
+    setJsonType(headers);
+    return QHttpResponse::STATUS_OK;
+}
+
+int GroupMembershipResourceHandler::post(QHttpRequest* request, Headers* headers, QByteArray* body)
+{
+    const auto object = jsonObject(request->body());
+    if (!object)
+        return QHttpResponse::STATUS_BAD_REQUEST;
+    const int groupId = object->value(QLatin1String("groupId")).toInt();
+    const int fontId = object->value(QLatin1String("fontId")).toInt();
+    if (groupId < 1 || fontId < 1)
+        return QHttpResponse::STATUS_BAD_REQUEST;
+    // The command passes over fonts that are not catalogued; the client is told that nothing was added.
+    const auto repository = service().repository();
+    if (!repository || !repository->containsFont(fontId))
+        return QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
+    const auto command = service().addFontsToGroups({groupId}, {fontId});
+    if (!command || !runCommand(*command))
+        return QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
+    JsonWriter json(*body);
+    writeMembership(json, groupId, fontId);
+    setJsonType(headers);
+    return QHttpResponse::STATUS_OK;
+}
+
+int GroupMembershipResourceHandler::remove(QHttpRequest* request, Headers*, QByteArray*)
+{
+    const QString item = request->path().section(QLatin1Char('/'), 2);
+    const QString pair = item.endsWith(QLatin1Char('/')) ? item.chopped(1) : item;
+    const std::optional<Ids> given = pair.isEmpty() ? idsFromQuery(request->url()) : idsFromItem(pair);
+    if (!given)
+        return QHttpResponse::STATUS_BAD_REQUEST;
+
+    const auto userGroups = service().userFontGroups();
+    if (!userGroups)
+        return QHttpResponse::STATUS_SERVICE_UNAVAILABLE;
+    const QList<int> groupIds = given->groups.isEmpty() ? userGroups->groupIdList() : given->groups;
+    if (groupIds.isEmpty())
+        return QHttpResponse::STATUS_BAD_REQUEST;
+    if (given->fonts.isEmpty()) {
+        for (const int groupId : groupIds) {
+            if (!service().clearGroup(groupId))
+                return QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
+        }
+        return QHttpResponse::STATUS_NO_CONTENT;
+    }
+    const auto command = service().removeFontsFromGroups(groupIds, given->fonts);
+    if (!command || !runCommand(*command))
+        return QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
+    return QHttpResponse::STATUS_NO_CONTENT;
+}
+
+} // namespace api::rest
