@@ -30,9 +30,6 @@ struct CompiledCriteria::Node
 
 namespace {
 
-// Criteria made of criteria that contain them would never end.
-constexpr int DeepestGroup = 64;
-
 void addLeaf(CompiledCriteria::Node& node, const MatchingCriteria& leaf, bool& readsFontHash)
 {
     readsFontHash = readsFontHash || leaf.propertyName() == QLatin1String("fontHash");
@@ -40,12 +37,10 @@ void addLeaf(CompiledCriteria::Node& node, const MatchingCriteria& leaf, bool& r
         node.conditions.push_back(std::move(condition));
 }
 
-std::unique_ptr<CompiledCriteria::Node> compileGroup(const MatchingCriteria& group, bool& readsFontHash, int depth)
+std::unique_ptr<CompiledCriteria::Node> compileGroup(const MatchingCriteria& group, bool& readsFontHash)
 {
     auto node = std::make_unique<CompiledCriteria::Node>();
     node->isAnyOf = group.groupKind() == MatchingCriteria::AnyOf;
-    if (depth > DeepestGroup)
-        return node;
     const QList<MatchingCriteriaPtr> children = group.children();
     for (const MatchingCriteriaPtr& child : children) {
         if (!child)
@@ -54,7 +49,7 @@ std::unique_ptr<CompiledCriteria::Node> compileGroup(const MatchingCriteria& gro
             addLeaf(*node, *child, readsFontHash);
             continue;
         }
-        auto inner = compileGroup(*child, readsFontHash, depth + 1);
+        auto inner = compileGroup(*child, readsFontHash);
         if (!inner->isEmpty())
             node->groups.push_back(std::move(inner));
     }
@@ -71,7 +66,7 @@ CompiledCriteria::CompiledCriteria(const MatchingCriteriaPtr& criteria)
     if (criteria->groupKind() == MatchingCriteria::Leaf)
         addLeaf(*m_root, *criteria, m_readsFontHash);
     else
-        m_root = compileGroup(*criteria, m_readsFontHash, 0);
+        m_root = compileGroup(*criteria, m_readsFontHash);
 }
 
 CompiledCriteria::~CompiledCriteria() = default;

@@ -13,11 +13,8 @@ public:
     {
     }
 
-    QString group(const MatchingCriteria& criteria, int depth = 0)
+    QString group(const MatchingCriteria& criteria)
     {
-        constexpr int deepestGroup = 64;
-        if (depth > deepestGroup)
-            return QString();
         QStringList parts;
         const QList<MatchingCriteriaPtr> children = criteria.children();
         for (const MatchingCriteriaPtr& child : children) {
@@ -26,7 +23,7 @@ public:
             QString part;
             if (child->groupKind() == MatchingCriteria::Leaf)
                 part = leaf(*child);
-            else if (part = group(*child, depth + 1); !part.isEmpty())
+            else if (part = group(*child); !part.isEmpty())
                 part = QLatin1Char('(') + part + QLatin1Char(')');
             if (!part.isEmpty())
                 parts.append(part);
