@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <initializer_list>
 #include <string_view>
+#include <utility>
 
 #include FT_TRUETYPE_TABLES_H
 #include FT_TYPE1_TABLES_H
@@ -17,6 +18,10 @@
 namespace kerval::adder {
 
 namespace {
+
+// What a face may say, in bytes: nobody reads more, and every record of the catalogue is held in memory.
+constexpr std::size_t longestName = 1024;
+constexpr std::size_t longestText = 32768;
 
 std::string firstOf(std::initializer_list<std::string> texts)
 {
@@ -142,6 +147,12 @@ FaceNames FaceNames::of(const FontFace& font, const FaceStyle& style, const std:
     else
         readSfntNames(font.face(), names);
     fillGaps(font.face(), style, fileName, names);
+    for (std::string* name : {&names.family, &names.style, &names.menuFamily, &names.menuStyle, &names.fullName,
+                              &names.postScriptName, &names.sfntPostScriptName, &names.version, &names.manufacturer,
+                              &names.designer, &names.vendorUrl, &names.designerUrl, &names.licenseUrl})
+        *name = clipped(std::move(*name), longestName);
+    for (std::string* text : {&names.copyright, &names.trademark, &names.description, &names.license})
+        *text = clipped(std::move(*text), longestText);
     return names;
 }
 

@@ -46,9 +46,37 @@ std::string reasonOf(FT_Error code)
         return "a table that every font must have is missing";
     case FT_Err_Out_Of_Memory:
         return "the face asks for too much memory";
+    case FT_Err_Invalid_Stream_Operation:
+        return "not a font file, or one cut short";
     default:
         return "the font file is broken (error " + std::to_string(code) + ")";
     }
+}
+
+// The font library leaves out tables that lie beyond the end of the file, and the face would come up without its names
+// or half of its glyphs. Signatures are not looked at: tools drop them and forget the entry.
+bool isCutShort(std::string_view content, int faceIndex)
+{
+    constexpr std::uint32_t collection = FT_MAKE_TAG('t', 't', 'c', 'f');
+    constexpr std::uint32_t signature = FT_MAKE_TAG('D', 'S', 'I', 'G');
+    constexpr std::size_t headerSize = 12;
+    constexpr std::size_t entrySize = 16;
+    const BigEndianReader file(content);
+    std::size_t start = 0;
+    if (file.u32(0) == collection)
+        start = file.u32(headerSize + 4 * static_cast<std::size_t>(faceIndex));
+    const std::uint32_t version = file.u32(start);
+    if (version != 0x00010000 && version != FT_MAKE_TAG('O', 'T', 'T', 'O') &&
+        version != FT_MAKE_TAG('t', 'r', 'u', 'e'))
+        return false;
+    const BigEndianReader directory = file.from(start);
+    for (int i = 0; i < directory.u16(4); ++i) {
+        const std::size_t entry = headerSize + static_cast<std::size_t>(i) * entrySize;
+        const std::uint64_t end = std::uint64_t{directory.u32(entry + 8)} + directory.u32(entry + 12);
+        if (directory.u32(entry) != signature && end > content.size())
+            return true;
+    }
+    return false;
 }
 
 const FT_Byte* bytesOf(std::string_view content)
@@ -142,8 +170,16 @@ bool FontFace::openFace(int faceIndex, std::string& error)
         error = "not a scalable font";
         return false;
     }
+    if (isCutShort(m_content->bytes(), faceIndex)) {
+        error = "the file is cut short";
+        return false;
+    }
     if (!m_face->charmap && m_face->num_charmaps > 0)
         FT_Set_Charmap(m_face, m_face->charmaps[0]);
+    if (!m_face->charmap && m_kind != OutlineKind::Type1) {
+        error = "the face maps no characters";
+        return false;
+    }
     return true;
 }
 

@@ -154,8 +154,9 @@ MetricsCorrections MetricsCorrections::of(FT_Face face, const std::vector<int>& 
     Extents all = latin;
     for (const FT_ULong character : sampleCharacters(face, reachedBlocks, charactersPerBlock))
         all.add(FT_Get_Char_Index(face, character));
-    // Neither letters nor Unicode: the first glyphs stand for all.
-    for (FT_Long glyph = 1; !isUnicode && glyph < face->num_glyphs && glyph <= glyphsOfLegacyFace; ++glyph)
+    // No Unicode, or none of the blocks: the first glyphs stand for all.
+    const FT_Long standIns = all.isEmpty() ? std::min<FT_Long>(face->num_glyphs - 1, glyphsOfLegacyFace) : 0;
+    for (FT_Long glyph = 1; glyph <= standIns; ++glyph)
         all.add(static_cast<FT_UInt>(glyph));
     if (all.isEmpty())
         return corrections;

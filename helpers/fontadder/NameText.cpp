@@ -186,4 +186,14 @@ std::string trimmed(std::string_view text)
     return std::string(text.substr(first, text.find_last_not_of(blank) - first + 1));
 }
 
+std::string clipped(std::string text, std::size_t longest)
+{
+    if (text.size() > longest) {
+        while (longest > 0 && (static_cast<unsigned char>(text[longest]) & 0xc0) == 0x80)
+            --longest;
+        text.resize(longest);
+    }
+    return text;
+}
+
 } // namespace kerval::adder

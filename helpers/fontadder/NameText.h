@@ -18,4 +18,7 @@ std::string fromPostScript(std::string_view bytes);
 
 std::string trimmed(std::string_view text);
 
+// At most this many bytes, cut between two characters.
+std::string clipped(std::string text, std::size_t longest);
+
 } // namespace kerval::adder

@@ -1,5 +1,7 @@
 #include "helpers/fontadder/VendorNames.h"
 
+#include "helpers/fontadder/NameText.h"
+
 #include <algorithm>
 #include <cctype>
 #include <string_view>
@@ -234,8 +236,11 @@ constexpr Vendor vendors[] = {
 // clang-format on
 
 // Ids that font editors write into the fonts of all their users, and those that say that nobody is named.
-constexpr std::string_view anonymousIds[] = {"ALTS", "HL",   "LYED", "MACR", "NONE",
-                                             "PFED", "PYRS", "UKWN", "UNKN", "XXXX"};
+constexpr std::string_view editorIds[] = {"ALTS", "HL", "LYED", "MACR", "PFED", "PYRS"};
+constexpr std::string_view nobodysIds[] = {"", "NONE", "UKWN", "UNKN", "XXXX"};
+
+// Longer texts in the manufacturer's place are notices.
+constexpr std::size_t longestName = 64;
 
 // Makers whose names stand in the notices of fonts that carry no id, Type 1 fonts above all.
 constexpr Vendor namedInNotices[] = {
@@ -270,10 +275,17 @@ std::string nameOfId(const std::string& id)
     return {};
 }
 
-bool isAnonymous(const std::string& id)
+template <std::size_t N>
+bool isOneOf(const std::string_view (&ids)[N], const std::string& id)
 {
-    return id.empty() ||
-           std::find(std::begin(anonymousIds), std::end(anonymousIds), upper(id)) != std::end(anonymousIds);
+    return std::find(std::begin(ids), std::end(ids), upper(id)) != std::end(ids);
+}
+
+// The first line, if it can be a name.
+std::string nameOfManufacturer(const std::string& manufacturer)
+{
+    const std::string line = trimmed(std::string_view(manufacturer).substr(0, manufacturer.find('\n')));
+    return line.size() <= longestName ? line : std::string();
 }
 
 std::string nameInNotices(const std::string& notices)
@@ -288,16 +300,18 @@ std::string nameInNotices(const std::string& notices)
 
 VendorNames VendorNames::of(const std::string& id, const std::string& manufacturer, const std::string& notices)
 {
-    if (!isAnonymous(id)) {
+    std::string maker = nameOfManufacturer(manufacturer);
+    if (!isOneOf(editorIds, id) && !isOneOf(nobodysIds, id)) {
         const std::string known = nameOfId(id);
         if (!known.empty())
             return {known, known};
-        return {manufacturer.empty() ? id : manufacturer, id};
+        return {maker.empty() ? id : maker, id};
     }
-    std::string name = manufacturer.empty() ? nameInNotices(notices) : manufacturer;
-    if (name.empty())
-        name = id;
-    return {name, name};
+    if (maker.empty())
+        maker = nameInNotices(notices);
+    if (maker.empty() && isOneOf(editorIds, id))
+        maker = id;
+    return {maker, maker};
 }
 
 } // namespace kerval::adder

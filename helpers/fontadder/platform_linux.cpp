@@ -1,5 +1,6 @@
 #include "helpers/fontadder/platform.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -17,7 +18,7 @@ namespace kerval::adder::platform {
 
 namespace {
 
-constexpr rlim_t processorSeconds = 10;
+constexpr rlim_t processorSeconds = 5;
 constexpr rlim_t workingMemory = 512u << 20;
 constexpr int boundExceeded = 3;
 
@@ -32,7 +33,8 @@ void lowerLimit(int resource, rlim_t value)
     rlimit limit{};
     if (getrlimit(resource, &limit) != 0)
         return;
-    limit.rlim_cur = limit.rlim_max == RLIM_INFINITY || limit.rlim_max > value ? value : limit.rlim_max;
+    // Never above what whoever started this program has set.
+    limit.rlim_cur = std::min(limit.rlim_cur, value);
     setrlimit(resource, &limit);
 }
 
