@@ -221,10 +221,11 @@ QList<KrvUserDatabase::Group> KrvUserDatabase::groups(const GroupFilter& filter)
 
 QString KrvUserDatabase::groupName(int groupId) const
 {
-    GroupFilter filter;
-    filter.ids.append(groupId);
-    const QList<Group> found = groups(filter);
-    return found.isEmpty() ? QString() : found.first().name;
+    QSqlQuery query(connection());
+    if (!prepare(query, QStringLiteral("SELECT name FROM `group`\nWHERE id=:id")))
+        return QString();
+    query.bindValue(0, groupId);
+    return execute(query) && query.next() ? query.value(0).toString() : QString();
 }
 
 QList<KrvUserDatabase::FontHash> KrvUserDatabase::groupFontHashes(const QList<int>& groupIds) const

@@ -2,7 +2,6 @@
 
 #include "qtService/database/StaticFont.h"
 
-#include <QDateTime>
 #include <QPair>
 #include <QVector>
 
@@ -16,7 +15,8 @@ QList<int> oldestFirst(const QList<StaticFontPtr>& fonts)
     QVector<QPair<qint64, int>> dated;
     dated.reserve(fonts.size());
     for (const StaticFontPtr& font : fonts)
-        dated.append({font->dateAdded().toMSecsSinceEpoch(), font->id()});
+        // The seconds as they are kept: a date and time costs a look at the time zone, 100,000 times.
+        dated.append({font->stringField(fms::StaticFont::DateAdded).toLongLong(), font->id()});
     std::stable_sort(dated.begin(), dated.end(),
                      [](const auto& left, const auto& right) { return left.first < right.first; });
     QList<int> ids;

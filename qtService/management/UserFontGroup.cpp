@@ -25,41 +25,55 @@ void UserFontGroup::reload(bool notify)
     if (!m_userDatabase)
         return;
     const QStringList hashes = m_userDatabase->groupFontHashes({m_groupId});
-    m_fontHashes = QSet<QString>(hashes.cbegin(), hashes.cend());
-    const QList<int> ids = fontsWithHashes();
+    m_absentHashes = QSet<QString>(hashes.cbegin(), hashes.cend());
+    m_memberHashes.clear();
+    const QList<int> ids = takePresent(fontsWithHashes(m_absentHashes));
     if (notify)
         replaceMembers(ids);
     else
         setMembers(ids);
 }
 
-QList<int> UserFontGroup::fontsWithHashes() const
+QList<StaticFontPtr> UserFontGroup::fontsWithHashes(const QSet<KrvUserDatabase::FontHash>& hashes) const
 {
-    if (m_fontHashes.isEmpty())
+    if (hashes.isEmpty())
         return {};
-    return source()->findMatchingFontIds(MatchingCriteria::allOf({MatchingCriteria::leaf(
-        MatchingCriteria::InList, QStringLiteral("fontHash"), QStringList(m_fontHashes.values()))}));
+    return source()->findMatchingFonts(MatchingCriteria::allOf(
+        {MatchingCriteria::leaf(MatchingCriteria::InList, QStringLiteral("fontHash"), QStringList(hashes.values()))}));
+}
+
+// Takes those of the fonts that the group misses out of what it misses; their ids.
+QList<int> UserFontGroup::takePresent(const QList<StaticFontPtr>& fonts)
+{
+    QList<int> ids;
+    for (const StaticFontPtr& font : fonts) {
+        const QString hash = font->fontHash();
+        if (!m_absentHashes.remove(hash))
+            continue;
+        ids.append(font->id());
+        m_memberHashes.insert(ids.last(), hash);
+    }
+    return ids;
 }
 
 void UserFontGroup::onFontsAddedToSource(const QList<int>& fontIdList)
 {
-    QList<int> ids;
-    if (m_fontHashes.size() < fontIdList.size()) {
-        // Ten thousand fonts come, and the group has twenty: those are looked up instead.
-        const QSet<int> coming(fontIdList.cbegin(), fontIdList.cend());
-        for (int id : fontsWithHashes()) {
-            if (coming.contains(id))
-                ids.append(id);
-        }
-    } else {
-        for (const StaticFontPtr& font : recordsInSource(fontIdList)) {
-            if (m_fontHashes.contains(font->fontHash()))
-                ids.append(font->id());
-        }
-    }
-    const QList<int> added = insertMembers(ids);
+    if (m_absentHashes.isEmpty())
+        return;
+    // Ten thousand fonts come, and the group misses twenty: those are looked up instead.
+    const QList<int> added = insertMembers(takePresent(
+        m_absentHashes.size() < fontIdList.size() ? fontsWithHashes(m_absentHashes) : recordsInSource(fontIdList)));
     if (!added.isEmpty())
         emit fontsAdded(added);
+}
+
+void UserFontGroup::onFontsRemovedFromSource(const QList<int>& fontIdList)
+{
+    const QList<int> removed = eraseMembers(fontIdList);
+    for (int id : removed)
+        m_absentHashes.insert(m_memberHashes.take(id));
+    if (!removed.isEmpty())
+        emit fontsRemoved(removed);
 }
 
 void UserFontGroup::onSourceFontsChanged(const QList<int>& fontIdList)

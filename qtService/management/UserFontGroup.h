@@ -3,6 +3,7 @@
 #include "qtService/database/KrvUserDatabase.h"
 #include "qtService/management/FontGroup.h"
 
+#include <QHash>
 #include <QPointer>
 #include <QSet>
 
@@ -18,6 +19,7 @@ public:
 
 protected slots:
     void onFontsAddedToSource(const QList<int>& fontIdList) override;
+    void onFontsRemovedFromSource(const QList<int>& fontIdList) override;
     void onSourceFontsChanged(const QList<int>& fontIdList) override;
 
 private slots:
@@ -27,9 +29,13 @@ private slots:
 
 private:
     void reload(bool notify);
-    QList<int> fontsWithHashes() const;
+    QList<int> takePresent(const QList<StaticFontPtr>& fonts);
+    QList<StaticFontPtr> fontsWithHashes(const QSet<KrvUserDatabase::FontHash>& hashes) const;
 
     QPointer<KrvUserDatabase> m_userDatabase;
     int m_groupId;
-    QSet<KrvUserDatabase::FontHash> m_fontHashes; // the group's fonts in user.db; used on the group's thread only
+    // The group in user.db: the hashes of the members, and of the fonts that the source does not have now. What comes
+    // into the source is compared with these only. Used on the group's thread.
+    QHash<int, KrvUserDatabase::FontHash> m_memberHashes;
+    QSet<KrvUserDatabase::FontHash> m_absentHashes;
 };
