@@ -8,7 +8,7 @@
 #include "qtService/app/core/Version.h"
 #include "qtService/app/platform_process.h"
 #include "qtService/app/service/FontManagementService.h"
-#include "qtService/database/KrvFontRepository.h"
+#include "qtService/ui/window/KrvFontManagerWindow.h"
 #include "rest/Server.h"
 #include "rest/http/FMSRequest.h"
 
@@ -73,6 +73,9 @@ FMService::FMService(int& argc, char** argv)
 FMService::~FMService()
 {
     m_sessionEnd.reset();
+    if (m_fontManagerWindow)
+        m_fontManagerWindow->hide();
+    m_fontManagerWindow.reset();
     m_server.reset();
     if (m_state != NotStarted)
         m_log.log(FMSLog::ServiceStopped, QString());
@@ -278,23 +281,16 @@ void FMService::onInitializeFinished(int error)
     }
     m_state = Ready;
     emit stateReadyOrInitialized();
-    if (m_showWhenReady)
-        scanWhenEmpty();
 }
 
 void FMService::onShowFontManagerTriggered()
 {
-    if (m_state == Ready)
-        scanWhenEmpty();
-    else
-        m_showWhenReady = true;
-}
-
-void FMService::scanWhenEmpty()
-{
-    if (m_fontManagementService->repository()->fontCount() == 0)
-        QMetaObject::invokeMethod(m_fontManagementService.data(), &FontManagementService::rescanFonts,
-                                  Qt::QueuedConnection);
+    // A service that is going down must not open a window over a library that is closing.
+    if (!m_server)
+        return;
+    if (!m_fontManagerWindow)
+        m_fontManagerWindow = QSharedPointer<KrvFontManagerWindow>::create(m_fontManagementService);
+    m_fontManagerWindow->show();
 }
 
 void FMService::onSessionEnding()

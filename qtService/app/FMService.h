@@ -9,6 +9,7 @@
 #include <memory>
 
 class FontManagementService;
+class KrvFontManagerWindow;
 class QLockFile;
 class SessionEndWatch;
 
@@ -72,16 +73,15 @@ private:
     int choosePort(int* runningPort);
     bool listen();
     void fail();
-    void scanWhenEmpty();
 
     QString m_userId;
     State m_state = NotStarted;
     int m_otherInstancePort = 0;
-    bool m_showWhenReady = false;
     FMSLog m_log;
     FMSSettings m_settings;
     std::unique_ptr<QLockFile> m_instanceLock;
     std::unique_ptr<SessionEndWatch> m_sessionEnd;
     QSharedPointer<FontManagementService> m_fontManagementService;
     std::unique_ptr<api::rest::Server> m_server;
+    QSharedPointer<KrvFontManagerWindow> m_fontManagerWindow; // made when it is first asked for
 };

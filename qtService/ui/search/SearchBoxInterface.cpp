@@ -1,0 +1,6 @@
+#include "qtService/ui/search/SearchBoxInterface.h"
+
+SearchBoxInterface::SearchBoxInterface(QWidget* parent)
+    : QLineEdit(parent)
+{
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QStyledItemDelegate>
+
+// Paints the side bar's rows: headers as small captions, groups with icon, name and a badge with their number of fonts.
+class SideBarDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    explicit SideBarDelegate(QObject* parent = nullptr);
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+private:
+    void paintHeader(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+    void paintGroup(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const;
+};

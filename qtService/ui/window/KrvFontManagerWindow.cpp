@@ -1,0 +1,473 @@
+#include "qtService/ui/window/KrvFontManagerWindow.h"
+
+#include "qtService/app/service/FontManagementService.h"
+#include "qtService/database/KrvFontRepository.h"
+#include "qtService/management/FontAdder.h"
+#include "qtService/management/UserFontGroupList.h"
+#include "qtService/ui/dialogs/AsynchronousCommandWaitIndicatorDialog.h"
+#include "qtService/ui/filter/FilterButtonsWidget.h"
+#include "qtService/ui/filter/KrvAttributeSliderWidget.h"
+#include "qtService/ui/filter/KrvAttributesWidget.h"
+#include "qtService/ui/filter/KrvFiltersWidget.h"
+#include "qtService/ui/fonts/FontListHeaderWidget.h"
+#include "qtService/ui/fonts/KrvFontsView.h"
+#include "qtService/ui/fonts/KrvFontsViewModel.h"
+#include "qtService/ui/fonts/KrvPreviewTextSettingsWidget.h"
+#include "qtService/ui/search/KrvFontsModelSearchBox.h"
+#include "qtService/ui/sidebar/SideBarWidget.h"
+#include "qtService/ui/window/Palette.h"
+#include "qtService/ui/window/WindowActions.h"
+
+#include <QAction>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QRegExpValidator>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+namespace {
+
+using Settings = KrvUiSettings;
+
+constexpr int maximumNameLength = 64;
+const QSize firstSize(1180, 760);
+
+const QString listStyle =
+    QStringLiteral("#fontsView {\nborder: 0px solid black;\nborder-bottom-style: solid;\nborder-bottom-width: 1px;\n"
+                   "border-bottom-color:  rgb(187, 187, 187);\nborder-right-style: solid;\nborder-right-width: 1px;\n"
+                   "border-right-color:  rgb(187, 187, 187);\n}");
+const QString darkListStyle =
+    QStringLiteral("#fontsView {\nborder: 0px solid black;\nborder-bottom-style: solid;\nborder-bottom-width: 1px;\n"
+                   "border-bottom-color:  rgb(28, 29, 31);\nborder-right-style: solid;\nborder-right-width: 1px;\n"
+                   "border-right-color:  rgb(28, 29, 31);\n}");
+
+} // namespace
+
+KrvFontManagerWindow::KrvFontManagerWindow(const QSharedPointer<FontManagementService>& service, QWidget* parent)
+    : QMainWindow(parent)
+    , m_service(service)
+    , m_model(new KrvFontsViewModel(this))
+    , m_actions(new WindowActions(this))
+    , m_nameValidator(new QRegExpValidator(QRegExp(QStringLiteral("^\\S(.){,%1}").arg(maximumNameLength - 1)), this))
+{
+    setupUi();
+    m_view->setModel(m_model);
+    m_actions->fillMenuBar(menuBar(), m_view->columnsMenu());
+    connectActions();
+    connectFilters();
+    connectPanes();
+    addShortcuts();
+    restoreSettings();
+    restoreFilters();
+    applyStyle();
+
+    connect(m_service.data(), &FontManagementService::started, this,
+            &KrvFontManagerWindow::onFontManagementServiceStarted);
+    if (isStarted())
+        onFontManagementServiceStarted();
+    updateActionsState();
+}
+
+KrvFontManagerWindow::~KrvFontManagerWindow()
+{
+    saveSettings();
+    m_filters.disconnect(this);
+}
+
+void KrvFontManagerWindow::setupUi()
+{
+    setObjectName(QStringLiteral("KrvFontManagerWindow"));
+    setWindowTitle(tr("Kerval Font Manager"));
+    setAcceptDrops(true);
+    resize(firstSize);
+
+    auto* central = new QWidget(this);
+    central->setObjectName(QStringLiteral("centralwidget"));
+    central->setAcceptDrops(true);
+    auto* layout = new QHBoxLayout(central);
+    layout->setObjectName(QStringLiteral("horizontalLayout"));
+    layout->setSpacing(0);
+    layout->setContentsMargins(0, 0, 0, 0);
+    m_sideBar = new SideBarWidget(central);
+    m_sideBar->setObjectName(QStringLiteral("sideBar"));
+    m_listDetailsSplitter = new QSplitter(Qt::Vertical, central);
+    m_listDetailsSplitter->setObjectName(QStringLiteral("spltrFontListFontDetails"));
+    m_listDetailsSplitter->setChildrenCollapsible(false);
+    layout->addWidget(m_sideBar);
+    layout->addWidget(m_listDetailsSplitter, 1);
+    setCentralWidget(central);
+
+    m_listToolsSplitter = new QSplitter(Qt::Vertical, m_listDetailsSplitter);
+    m_listToolsSplitter->setObjectName(QStringLiteral("spltrFontListFilters"));
+    m_listToolsSplitter->setChildrenCollapsible(false);
+
+    auto* listPane = new QWidget(m_listToolsSplitter);
+    listPane->setObjectName(QStringLiteral("layoutWidget"));
+    auto* listLayout = new QVBoxLayout(listPane);
+    listLayout->setObjectName(QStringLiteral("verticalLayout"));
+    listLayout->setContentsMargins(0, 0, 0, 0);
+    listLayout->setSpacing(0);
+    m_header = new FontListHeaderWidget(listPane);
+    m_header->setObjectName(QStringLiteral("fontListHeader"));
+    m_header->setAcceptDrops(true);
+    m_view = new KrvFontsView(listPane);
+    m_view->setObjectName(QStringLiteral("fontsView"));
+    m_view->setAccessibleName(tr("Fonts"));
+    m_view->setAcceptDrops(true);
+    m_view->setDragEnabled(true);
+    m_view->setDragDropMode(QAbstractItemView::DragOnly);
+    m_view->setAlternatingRowColors(true);
+    m_view->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_view->setIndentation(0);
+    m_view->setUniformRowHeights(true);
+    m_view->setSortingEnabled(true);
+    m_view->setAllColumnsShowFocus(true);
+    m_view->setFrameShape(QFrame::NoFrame);
+    m_view->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_view->header()->setStretchLastSection(true);
+    m_filterButtons = new FilterButtonsWidget(listPane);
+    m_filterButtons->setObjectName(QStringLiteral("filterButtonsWidget"));
+    listLayout->addWidget(m_header);
+    listLayout->addWidget(m_view, 1);
+    listLayout->addWidget(m_filterButtons);
+
+    // Lies over the list while it shows nothing, and says why.
+    m_emptyHint = new QLabel(m_view);
+    m_emptyHint->setObjectName(QStringLiteral("lblEmptyHint"));
+    m_emptyHint->setAlignment(Qt::AlignCenter);
+    m_emptyHint->setWordWrap(true);
+    m_emptyHint->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_emptyHint->setForegroundRole(QPalette::Mid);
+    auto* hintLayout = new QVBoxLayout(m_view->viewport());
+    hintLayout->addWidget(m_emptyHint);
+    m_emptyHint->hide();
+
+    m_tools = new QStackedWidget(m_listToolsSplitter);
+    m_tools->setObjectName(QStringLiteral("filterWidgetsStack"));
+    m_attributes = new KrvAttributesWidget(m_tools);
+    m_attributes->setObjectName(QStringLiteral("attributesPage"));
+    m_filterPanel = new KrvFiltersWidget(m_tools);
+    m_filterPanel->setObjectName(QStringLiteral("filtersPage"));
+    m_previewSettings = new KrvPreviewTextSettingsWidget(m_tools);
+    m_previewSettings->setObjectName(QStringLiteral("textPage"));
+    m_tools->addWidget(m_attributes);
+    m_tools->addWidget(m_filterPanel);
+    m_tools->addWidget(m_previewSettings);
+    m_tools->setCurrentIndex(0);
+    m_tools->hide();
+    m_listToolsSplitter->setStretchFactor(0, 1);
+    m_listToolsSplitter->setStretchFactor(1, 0);
+
+    menuBar()->setObjectName(QStringLiteral("menubar"));
+    QToolBar* bar = addToolBar(tr("Tools"));
+    bar->setObjectName(QStringLiteral("toolBar"));
+    bar->setIconSize(QSize(24, 24));
+    bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    bar->setMovable(false);
+    bar->setContextMenuPolicy(Qt::PreventContextMenu);
+    m_actions->fillToolBar(bar);
+    auto* spacer = new QWidget(bar);
+    spacer->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    bar->addWidget(spacer);
+    m_search = new KrvFontsModelSearchBox(bar);
+    bar->addWidget(m_search);
+}
+
+void KrvFontManagerWindow::applyStyle()
+{
+    const QString style = ui::isDark(palette()) ? darkListStyle : listStyle;
+    if (m_view->styleSheet() != style)
+        m_view->setStyleSheet(style);
+}
+
+void KrvFontManagerWindow::connectFilters()
+{
+    m_model->setFiltersState(&m_filters);
+    connect(&m_filters, &FontFiltersState::cleared, this, &KrvFontManagerWindow::updateActionsState);
+    connect(&m_filters, &FontFiltersState::cleared, this, &KrvFontManagerWindow::onCriteriaCleared);
+    connect(&m_filters, &FontFiltersState::changed, this, &KrvFontManagerWindow::onCriteriaChanged);
+    connect(m_filterButtons, &FilterButtonsWidget::filterResetPressed, &m_filters, &FontFiltersState::clear);
+    connect(m_actions->resetFilters, &QAction::triggered, &m_filters, &FontFiltersState::clear);
+
+    connect(m_filterPanel, &KrvFiltersWidget::enabledFormatsChanged, &m_filters, &FontFiltersState::setFormats);
+    connect(m_filterPanel, &KrvFiltersWidget::serifsEnabledChanged, &m_filters, &FontFiltersState::setSerifs);
+    connect(m_filterPanel, &KrvFiltersWidget::sansSerifsEnabledChanged, &m_filters, &FontFiltersState::setSanserifs);
+    connect(m_filterPanel, &KrvFiltersWidget::monosEnabledChanged, &m_filters, &FontFiltersState::setMonospaced);
+    connect(m_filterPanel, &KrvFiltersWidget::nonMonosEnabledChanged, &m_filters, &FontFiltersState::setNonMonospaced);
+    connect(m_filterPanel, &KrvFiltersWidget::symbolsEnabledChanged, &m_filters, &FontFiltersState::setSymbols);
+    connect(m_filterPanel, &KrvFiltersWidget::nonSymbolsEnabledChanged, &m_filters, &FontFiltersState::setNonsymbols);
+    connect(m_filterPanel, &KrvFiltersWidget::currentFoundryChanged, &m_filters, &FontFiltersState::setFoundry);
+    connect(m_filterPanel, &KrvFiltersWidget::selectedCharacterRangesChanged, &m_filters,
+            &FontFiltersState::setUnicodeSubsets);
+    const QList<KrvAttributeSliderWidget*> sliders = m_attributes->sliders();
+    for (KrvAttributeSliderWidget* slider : sliders) {
+        const auto changed = [this, slider] { onAttributeValueChanged(slider); };
+        connect(slider, &KrvAttributeSliderWidget::valueChanged, this, changed);
+        connect(slider, &KrvAttributeSliderWidget::sliderEnabledChanged, this, changed);
+    }
+    connect(m_filterButtons, &FilterButtonsWidget::allButtonsUnchecked, m_tools, &QWidget::hide);
+    connect(m_filterButtons, &FilterButtonsWidget::buttonToggled, this, &KrvFontManagerWindow::onFilterButtonToggled);
+}
+
+void KrvFontManagerWindow::connectPanes()
+{
+    connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &KrvFontManagerWindow::onFontsViewSelectionChanged);
+    connect(m_view->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            &KrvFontManagerWindow::onFontsViewSelectionChanged);
+    connect(m_model, &QAbstractItemModel::modelReset, this, &KrvFontManagerWindow::onFontsViewSelectionChanged);
+    connect(m_model, &KrvFontsViewModel::filteringStatusChanged, this, &KrvFontManagerWindow::onFilteringStatusChanged);
+    connect(m_view, &QWidget::customContextMenuRequested, this, &KrvFontManagerWindow::showFontsViewContextMenu);
+
+    m_previewSettings->setPreviewText(m_view->previewText());
+    m_previewSettings->setPreviewSize(m_view->previewSize());
+    connect(m_previewSettings, &KrvPreviewTextSettingsWidget::previewTextChanged, m_view,
+            &KrvFontsView::setPreviewText);
+    connect(m_previewSettings, &KrvPreviewTextSettingsWidget::previewSizeChanged, m_view,
+            &KrvFontsView::setPreviewSize);
+
+    connect(m_sideBar, &SideBarWidget::groupIdSelected, this, &KrvFontManagerWindow::onGroupSelected);
+    connect(m_sideBar, &SideBarWidget::contextMenuRequested, this, &KrvFontManagerWindow::showSideBarContextMenu);
+    connect(m_sideBar, &SideBarWidget::fontsDropped, this, &KrvFontManagerWindow::onFontsDroppedOnGroup);
+    connect(m_header, &FontListHeaderWidget::backButtonClicked, this,
+            &KrvFontManagerWindow::setPreviousSimilarFontGroup);
+    connect(m_header, &FontListHeaderWidget::forwardButtonClicked, this,
+            &KrvFontManagerWindow::setNextSimilarFontGroup);
+}
+
+void KrvFontManagerWindow::addShortcuts()
+{
+    auto* search = new QAction(this);
+    search->setShortcut(QKeySequence::Find);
+    connect(search, &QAction::triggered, m_search, &KrvFontsModelSearchBox::startSearch);
+    addAction(search);
+}
+
+void KrvFontManagerWindow::restoreSettings()
+{
+    const Settings* settings = Settings::instance();
+    if (settings->contains(Settings::SidMainWindowGeometry))
+        setGeometry(settings->value(Settings::SidMainWindowGeometry).toRect());
+    if (settings->contains(Settings::SidListDetailsSplitterSizes))
+        m_listDetailsSplitter->setSizes(settings->value(Settings::SidListDetailsSplitterSizes).value<QList<int>>());
+    if (settings->contains(Settings::SidListToolsSplitterSizes))
+        m_listToolsSplitter->setSizes(settings->value(Settings::SidListToolsSplitterSizes).value<QList<int>>());
+    if (settings->contains(Settings::SidFontDetailsShown))
+        m_actions->showDetails->setChecked(settings->value(Settings::SidFontDetailsShown).toBool());
+    if (settings->contains(Settings::SidFontListToolsTabId))
+        m_filterButtons->setCurrentPage(settings->value(Settings::SidFontListToolsTabId).toInt());
+}
+
+void KrvFontManagerWindow::saveSettings()
+{
+    Settings* settings = Settings::instance();
+    // A maximised window's geometry is the screen's; the one to come back to is the one before.
+    settings->setValue(Settings::SidMainWindowGeometry, isMaximized() ? normalGeometry() : geometry());
+    settings->setValue(Settings::SidListDetailsSplitterSizes, QVariant::fromValue(m_listDetailsSplitter->sizes()));
+    settings->setValue(Settings::SidListToolsSplitterSizes, QVariant::fromValue(m_listToolsSplitter->sizes()));
+    settings->setValue(Settings::SidFontDetailsShown, m_actions->showDetails->isChecked());
+    settings->setValue(Settings::SidFontListToolsTabId, m_filterButtons->currentPage());
+}
+
+void KrvFontManagerWindow::restoreFilters()
+{
+    const Settings* settings = Settings::instance();
+    if (settings->contains(Settings::SidFilteringCriteria))
+        m_filters = settings->value(Settings::SidFilteringCriteria).value<FontFiltersState>();
+    const FontFiltersState state = m_filters;
+    {
+        const QSignalBlocker blocker(m_filterPanel);
+        m_filterPanel->setEnabledFormats(state.formats());
+        m_filterPanel->setSerifsEnabled(state.serifs());
+        m_filterPanel->setSansSerifsEnabled(state.sanserifs());
+        m_filterPanel->setMonosEnabled(state.monospaced());
+        m_filterPanel->setNonMonosEnabled(state.nonMonospaced());
+        m_filterPanel->setSymbolsEnabled(state.symbols());
+        m_filterPanel->setNonSymbolsEnabled(state.nonsymbols());
+        m_filterPanel->setSelectedCharacterRanges(state.unicodeSubsets());
+    }
+    const QList<QPair<KrvAttributeSliderWidget*, int>> sliders{{m_attributes->weightSlider(), state.weight()},
+                                                               {m_attributes->widthSlider(), state.width()},
+                                                               {m_attributes->italicAngleSlider(), state.angle()},
+                                                               {m_attributes->opticalSizeSlider(), state.optsize()}};
+    for (const auto& [slider, value] : sliders) {
+        const QSignalBlocker blocker(slider);
+        slider->setValue(qMax(1, value));
+        slider->setSliderEnabled(value > 0);
+    }
+    m_search->setFontFiltersState(&m_filters);
+}
+
+void KrvFontManagerWindow::show()
+{
+    QMainWindow::show();
+    raise();
+    const Settings* settings = Settings::instance();
+    if (settings->contains(Settings::SidMainWindowState)) {
+        const auto state = Qt::WindowStates(settings->value(Settings::SidMainWindowState).toInt());
+        setWindowState(state & ~Qt::WindowMinimized);
+    }
+    activateWindow();
+    if (m_view->currentIndex().isValid())
+        m_view->scrollTo(m_view->currentIndex());
+}
+
+void KrvFontManagerWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange)
+        Settings::instance()->setValue(Settings::SidMainWindowState, int(windowState()));
+    else if (event->type() == QEvent::PaletteChange)
+        applyStyle();
+}
+
+bool KrvFontManagerWindow::isStarted() const
+{
+    return m_service->isStarted();
+}
+
+void KrvFontManagerWindow::onFontManagementServiceStarted()
+{
+    m_sideBar->setGroups(m_service->systemFontGroups(), m_service->userFontGroups());
+    connect(m_service->repository().data(), &KrvFontRepository::foundriesChanged, this,
+            &KrvFontManagerWindow::onFoundriesChanged);
+    connect(m_service->repository().data(), &FontCollectionInterface::fontCountChanged, this,
+            &KrvFontManagerWindow::updateActionsState);
+    onFoundriesChanged();
+    m_sideBar->selectGroup(SystemFontGroupList::AllFonts);
+    if (!m_service->repository()->hasFonts())
+        QMetaObject::invokeMethod(m_service.data(), &FontManagementService::rescanFonts, Qt::QueuedConnection);
+    updateActionsState();
+}
+
+void KrvFontManagerWindow::onFoundriesChanged()
+{
+    const QSignalBlocker blocker(m_filterPanel);
+    m_filterPanel->setFoundries(m_service->repository()->foundries());
+    m_filterPanel->setCurrentFoundry(m_filters.foundry());
+}
+
+QList<int> KrvFontManagerWindow::selectedFontIds() const
+{
+    return m_view->selectedFontIds();
+}
+
+StaticFontPtr KrvFontManagerWindow::currentFont() const
+{
+    return m_model->font(m_view->currentIndex());
+}
+
+FontGroupPtr KrvFontManagerWindow::selectedUserGroup() const
+{
+    const int id = m_sideBar->selectedUserGroupId();
+    return id > 0 && isStarted() ? m_service->userFontGroups()->group(id) : FontGroupPtr();
+}
+
+QString KrvFontManagerWindow::titled(const QString& operation) const
+{
+    return QStringLiteral("%1 - %2").arg(windowTitle(), operation);
+}
+
+bool KrvFontManagerWindow::confirm(const QString& title, const QString& text)
+{
+    return QMessageBox::question(this, title, text) == QMessageBox::Yes;
+}
+
+bool KrvFontManagerWindow::waitFor(const QSharedPointer<AbstractAsynchronousCommand>& command, const QString& text)
+{
+    return AsynchronousCommandWaitIndicatorDialog::wait(command, windowTitle(), text, this);
+}
+
+void KrvFontManagerWindow::onGroupSelected(int)
+{
+    const FontGroupPtr group = m_sideBar->selectedGroup();
+    if (!group)
+        return;
+    showGroup(group, group->name());
+    if (m_showsSimilarGroup) {
+        m_showsSimilarGroup = false;
+        m_view->sortByColumn(m_view->header()->sortIndicatorSection(), m_view->header()->sortIndicatorOrder());
+    }
+}
+
+void KrvFontManagerWindow::showGroup(const FontGroupPtr& group, const QString& title)
+{
+    m_header->setTitle(title);
+    m_header->setNavigation(m_history.hasPrevious(), m_history.hasNext());
+    m_model->setFontGroup(group);
+    updateActionsState();
+}
+
+void KrvFontManagerWindow::onFontsViewSelectionChanged()
+{
+    updateActionsState();
+}
+
+void KrvFontManagerWindow::onFilteringStatusChanged(bool filtering)
+{
+    if (filtering) {
+        m_emptyHint->hide();
+        return;
+    }
+    if (m_model->rowCount() == 0) {
+        const bool adding =
+            isStarted() && (m_service->fontAdder()->isAdding() || m_service->fontAdder()->isSearching());
+        if (!m_filters.isCleared())
+            m_emptyHint->setText(tr("No font of this group matches the filters."));
+        else if (isStarted() && !m_service->repository()->hasFonts())
+            m_emptyHint->setText(adding
+                                     ? tr("Looking for fonts. They appear here as they are read...")
+                                     : tr("The library is empty. Drop fonts or folders here, or rescan the system."));
+        else
+            m_emptyHint->setText(tr("This group holds no fonts."));
+    }
+    m_emptyHint->setVisible(m_model->rowCount() == 0);
+    updateActionsState();
+}
+
+void KrvFontManagerWindow::onFilterButtonToggled(int buttonId, bool checked)
+{
+    if (!checked)
+        return;
+    m_tools->setCurrentIndex(buttonId);
+    m_tools->show();
+}
+
+void KrvFontManagerWindow::onCriteriaCleared()
+{
+    const QList<KrvAttributeSliderWidget*> sliders = m_attributes->sliders();
+    for (KrvAttributeSliderWidget* slider : sliders) {
+        const QSignalBlocker blocker(slider);
+        slider->setValue(0);
+        slider->setSliderEnabled(false);
+    }
+    const QSignalBlocker blocker(m_filterPanel);
+    m_filterPanel->reset();
+}
+
+void KrvFontManagerWindow::onCriteriaChanged()
+{
+    Settings::instance()->setValue(Settings::SidFilteringCriteria, QVariant::fromValue(m_filters));
+    updateActionsState();
+}
+
+void KrvFontManagerWindow::onAttributeValueChanged(QWidget* slider)
+{
+    const auto* attribute = qobject_cast<KrvAttributeSliderWidget*>(slider);
+    if (!attribute)
+        return;
+    const int value = attribute->isSliderEnabled() ? attribute->value() : 0;
+    if (attribute == m_attributes->weightSlider())
+        m_filters.setWeight(value);
+    else if (attribute == m_attributes->widthSlider())
+        m_filters.setWidth(value);
+    else if (attribute == m_attributes->italicAngleSlider())
+        m_filters.setAngle(value);
+    else if (attribute == m_attributes->opticalSizeSlider())
+        m_filters.setOptsize(value);
+}

@@ -1,0 +1,156 @@
+#pragma once
+
+#include "qtService/app/core/AbstractAsynchronousCommand.h"
+#include "qtService/app/core/KrvUiSettings.h"
+#include "qtService/management/SimilarFontsGroup.h"
+#include "qtService/management/systemfm/ActivityType.h"
+#include "qtService/ui/filter/FontFiltersState.h"
+#include "qtService/ui/window/SimilarGroupHistory.h"
+
+#include <QMainWindow>
+#include <QSharedPointer>
+
+#include <functional>
+
+class FilterButtonsWidget;
+class FontListHeaderWidget;
+class FontManagementService;
+class KrvAttributesWidget;
+class KrvFiltersWidget;
+class KrvFontsModelSearchBox;
+class KrvFontsView;
+class KrvFontsViewModel;
+class KrvPreviewTextSettingsWidget;
+class QLabel;
+class QRegExpValidator;
+class QSplitter;
+class QStackedWidget;
+class SideBarWidget;
+class WindowActions;
+
+// The main window: groups at the left, the list of fonts with filters, and the details of the current font. It forwards
+// every operation to the library's service and waits for long ones behind a small dialog. Closing it hides it; it saves
+// its settings when it is destroyed. It may be made before the service has started and fills itself once it has. Main
+// thread.
+class KrvFontManagerWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit KrvFontManagerWindow(const QSharedPointer<FontManagementService>& service, QWidget* parent = nullptr);
+    ~KrvFontManagerWindow() override;
+
+public slots:
+    void show();
+
+signals:
+    void scanLogRequested();
+    void registrationRequested();
+    void checkForUpdates();
+    void showPreferences();
+
+protected:
+    void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private slots:
+    void onFontManagementServiceStarted();
+    void onGroupSelected(int groupId);
+    void onFontsViewSelectionChanged();
+    void onFoundriesChanged();
+    void addScanFolders();
+    void addScanFiles();
+    void rescanFonts();
+    void resetDatabase();
+    void setSelectedFontsHidden();
+    void setFontsHidden(QList<int> fontIdList, bool hidden);
+    void removeSelectedFonts();
+    void markSelectedFontsWebfonts();
+    void locateSelectedFontFile();
+    void copySelectionText();
+    void addGroup();
+    void removeSelectedGroup();
+    void cloneSelectedGroup();
+    void renameSelectedGroup();
+    void addSelectedFontsToGroups();
+    void addFontsToGroups(QList<int> fontIdList, QList<int> groupIdList);
+    void addGroupWithSelectedFonts();
+    void removeSelectedFontsFromSelectedGroup();
+    void clearGroup();
+    void activatePermanentlySelectedGroup();
+    void activateTemporarilySelectedGroup();
+    void deactivateSelectedGroup();
+    void findSimilarFonts();
+    void findHarmonyBody();
+    void findHarmonyHeadline();
+    void findHarmonyContrastingStyle();
+    void findHarmonySameFamily();
+    void findSmartChoiceMix();
+    void findSmartChoiceHeadline();
+    void findSmartChoiceBody();
+    void activateSelectedFontsTemporarily();
+    void activateSelectedFontsPermanently();
+    void deactivateSelectedFonts();
+    void showHelp();
+    void updateFileExists();
+    void updateActionsState();
+    void onFilteringStatusChanged(bool filtering);
+    void showFontsViewContextMenu(QPoint pos);
+    void showSideBarContextMenu(int groupId, QPoint pos);
+    void onFontsDroppedOnGroup(QList<int> fontIdList, int groupId);
+    void onFilterButtonToggled(int buttonId, bool checked);
+    void onCriteriaCleared();
+    void onCriteriaChanged();
+    void onAttributeValueChanged(QWidget* slider);
+    void setPreviousSimilarFontGroup();
+    void setNextSimilarFontGroup();
+
+private:
+    void setupUi();
+    void connectActions();
+    void connectFilters();
+    void connectPanes();
+    void addShortcuts();
+    void restoreSettings();
+    void saveSettings();
+    void restoreFilters();
+    void applyStyle();
+
+    bool isStarted() const;
+    QList<int> selectedFontIds() const;
+    StaticFontPtr currentFont() const;
+    FontGroupPtr selectedUserGroup() const;
+    QString titled(const QString& operation) const;
+    bool confirm(const QString& title, const QString& text);
+    bool waitFor(const QSharedPointer<AbstractAsynchronousCommand>& command, const QString& text);
+    // Asks for a group's name; empty when cancelled.
+    QString askGroupName(const QString& operation, const QString& suggestion);
+    void changeActivity(const QList<int>& fontIds, kerval::systemfm::ActivityType type);
+    void changeGroupActivity(kerval::systemfm::ActivityType type);
+    void addFiles(const QStringList& paths);
+    void showSimilarFonts(SimilarFontsGroup::SimilarityMethod method, const QString& titlePattern);
+    void showSimilarGroup(const SimilarGroupHistory::Entry& entry);
+    void showGroup(const FontGroupPtr& group, const QString& title);
+
+    QSharedPointer<FontManagementService> m_service;
+    FontFiltersState m_filters;
+    SimilarGroupHistory m_history;
+    bool m_showsSimilarGroup = false;
+    KrvFontsViewModel* m_model;
+    WindowActions* m_actions;
+    QRegExpValidator* m_nameValidator;
+
+    SideBarWidget* m_sideBar;
+    QSplitter* m_listDetailsSplitter;
+    QSplitter* m_listToolsSplitter;
+    FontListHeaderWidget* m_header;
+    KrvFontsView* m_view;
+    FilterButtonsWidget* m_filterButtons;
+    QStackedWidget* m_tools;
+    KrvAttributesWidget* m_attributes;
+    KrvFiltersWidget* m_filterPanel;
+    KrvPreviewTextSettingsWidget* m_previewSettings;
+    KrvFontsModelSearchBox* m_search;
+    QLabel* m_emptyHint;
+};

@@ -1,0 +1,295 @@
+#include "qtService/app/core/WebPaths.h"
+#include "qtService/app/service/FontManagementService.h"
+#include "qtService/management/platform_showfile.h"
+#include "qtService/ui/fonts/FontListHeaderWidget.h"
+#include "qtService/ui/fonts/KrvFontsView.h"
+#include "qtService/ui/fonts/KrvFontsViewModel.h"
+#include "qtService/ui/sidebar/SideBarWidget.h"
+#include "qtService/ui/window/KrvFontManagerWindow.h"
+#include "qtService/ui/window/WindowActions.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QDragEnterEvent>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QUrl>
+
+// What the user does with fonts: adding, hiding, removing, activating, and searching by design.
+
+using kerval::systemfm::ActivityType;
+
+namespace {
+
+// From this many fonts on a change of activity asks first.
+constexpr int confirmationThreshold = 50;
+constexpr int similarityResults = 100;
+
+QStringList localFiles(const QMimeData* data)
+{
+    QStringList paths;
+    const QList<QUrl> urls = data->urls();
+    for (const QUrl& url : urls) {
+        if (url.isLocalFile())
+            paths.append(url.toLocalFile());
+    }
+    return paths;
+}
+
+} // namespace
+
+void KrvFontManagerWindow::addFiles(const QStringList& paths)
+{
+    if (isStarted() && !paths.isEmpty())
+        m_service->addFonts(paths);
+}
+
+void KrvFontManagerWindow::addScanFiles()
+{
+    if (!isStarted())
+        return;
+    KrvUiSettings* settings = KrvUiSettings::instance();
+    const QStringList files = QFileDialog::getOpenFileNames(
+        this, tr("Add/Scan Files"), settings->value(KrvUiSettings::SidLastAddFilesPath, QDir::homePath()).toString());
+    if (files.isEmpty())
+        return;
+    settings->setValue(KrvUiSettings::SidLastAddFilesPath, QFileInfo(files.first()).absolutePath());
+    addFiles(files);
+}
+
+void KrvFontManagerWindow::addScanFolders()
+{
+    if (!isStarted())
+        return;
+    KrvUiSettings* settings = KrvUiSettings::instance();
+    const QString folder = QFileDialog::getExistingDirectory(
+        this, tr("Add/Scan Folders"),
+        settings->value(KrvUiSettings::SidLastAddFoldersPath, QDir::homePath()).toString());
+    if (folder.isEmpty())
+        return;
+    settings->setValue(KrvUiSettings::SidLastAddFoldersPath, folder);
+    addFiles({folder});
+}
+
+void KrvFontManagerWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    // Fonts dragged out of the list carry their files too; dropped back they would only be scanned again.
+    if (event->source() == nullptr && !localFiles(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void KrvFontManagerWindow::dropEvent(QDropEvent* event)
+{
+    addFiles(localFiles(event->mimeData()));
+    event->acceptProposedAction();
+    activateWindow();
+    raise();
+}
+
+void KrvFontManagerWindow::rescanFonts()
+{
+    if (isStarted() &&
+        confirm(titled(tr("Rescan Fonts")),
+                tr("Kerval will try to find new fonts amongst the fonts installed on your operating system, and in "
+                   "your custom scan paths, and add/scan the ones which are not yet added.\nThis might take a while. "
+                   "Are you sure you want to continue?")))
+        m_service->rescanFonts();
+}
+
+void KrvFontManagerWindow::resetDatabase()
+{
+    if (!isStarted() ||
+        !confirm(titled(tr("Reset Font Library")),
+                 tr("Kerval will re-add/scan the fonts installed on your operating system, and in your custom scan "
+                    "paths.\nThis might take a while. Are you sure you want to continue?")))
+        return;
+    waitFor(m_service->clearDatabase(), tr("Resetting font library..."));
+    m_service->rescanFonts();
+}
+
+void KrvFontManagerWindow::setSelectedFontsHidden()
+{
+    if (const StaticFontPtr font = currentFont())
+        setFontsHidden(selectedFontIds(), !font->isHidden());
+}
+
+void KrvFontManagerWindow::setFontsHidden(QList<int> fontIdList, bool hidden)
+{
+    if (isStarted())
+        waitFor(m_service->setFontsHidden(fontIdList, hidden),
+                hidden ? tr("Hiding fonts...") : tr("Unhiding fonts..."));
+}
+
+void KrvFontManagerWindow::removeSelectedFonts()
+{
+    if (!isStarted())
+        return;
+    const QList<int> fontIds = selectedFontIds();
+    if (confirm(windowTitle(), tr("Are you sure you want to remove the selected fonts?")))
+        waitFor(m_service->removeFonts(fontIds), tr("Removing fonts..."));
+}
+
+void KrvFontManagerWindow::markSelectedFontsWebfonts()
+{
+    const StaticFontPtr font = currentFont();
+    if (!isStarted() || !font)
+        return;
+    const QList<int> fontIds = selectedFontIds();
+    if (!font->onlineSource().isEmpty()) {
+        waitFor(m_service->clearFontsOnlineSource(fontIds), tr("Unarking fonts as Web Fonts..."));
+    } else {
+        bool accepted = false;
+        const QString text = QInputDialog::getText(this, titled(m_actions->markAsWebFont->text()),
+                                                   tr("Enter web font data:"), QLineEdit::Normal, QString(), &accepted);
+        if (accepted)
+            waitFor(m_service->setFontsOnlineSource(fontIds, text, 0), tr("Marking fonts as Web Fonts..."));
+    }
+    updateActionsState();
+}
+
+void KrvFontManagerWindow::locateSelectedFontFile()
+{
+    if (const StaticFontPtr font = currentFont())
+        krv::platform::showInFileManager(font->fileName());
+}
+
+void KrvFontManagerWindow::copySelectionText()
+{
+    const QModelIndex index = m_view->currentIndex();
+    QString text = m_model->data(index).toString();
+    if (text.isEmpty()) {
+        // On the preview or the activity image: the font's name says more than nothing.
+        if (const StaticFontPtr font = currentFont())
+            text = QStringLiteral("%1 %2").arg(font->familyName(), font->styleName());
+    }
+    QGuiApplication::clipboard()->setText(text);
+}
+
+void KrvFontManagerWindow::changeActivity(const QList<int>& fontIds, ActivityType type)
+{
+    if (!isStarted() || fontIds.isEmpty())
+        return;
+    const bool activating = type != ActivityType::Inactive;
+    if (fontIds.size() >= confirmationThreshold) {
+        const QString text = tr("Are you sure you want to %1 %2 fonts?")
+                                 .arg(activating ? tr("activate") : tr("deactivate"))
+                                 .arg(fontIds.size());
+        if (!confirm(windowTitle(), text))
+            return;
+    }
+    waitFor(m_service->setFontActivityType(fontIds, type),
+            activating ? tr("Activating fonts...") : tr("Deactivating fonts..."));
+}
+
+void KrvFontManagerWindow::activateSelectedFontsTemporarily()
+{
+    changeActivity(selectedFontIds(), ActivityType::TemporarilyActive);
+}
+
+void KrvFontManagerWindow::activateSelectedFontsPermanently()
+{
+    changeActivity(selectedFontIds(), ActivityType::PermanentlyActive);
+}
+
+void KrvFontManagerWindow::deactivateSelectedFonts()
+{
+    changeActivity(selectedFontIds(), ActivityType::Inactive);
+}
+
+void KrvFontManagerWindow::showSimilarFonts(SimilarFontsGroup::SimilarityMethod method, const QString& titlePattern)
+{
+    if (!isStarted())
+        return;
+    const StaticFontPtr font = currentFont();
+    const bool needsFont = titlePattern.contains(QLatin1String("%1"));
+    if (needsFont && !font)
+        return;
+    const QString title = needsFont ? titlePattern.arg(font->familyName(), font->styleName()) : titlePattern;
+    m_view->resetState(KrvFontsView::ResetSelection);
+    const SimilarFontsGroupPtr group =
+        m_service->similarFontsGroup(font ? font->id() : 0, similarityResults, {}, method);
+    if (!group)
+        return;
+    m_history.push({group, title});
+    showSimilarGroup({group, title});
+}
+
+void KrvFontManagerWindow::showSimilarGroup(const SimilarGroupHistory::Entry& entry)
+{
+    m_sideBar->clearSelection();
+    m_showsSimilarGroup = true;
+    // Best first: the order of the result is its meaning.
+    m_model->sort(-1);
+    showGroup(entry.group, entry.title);
+}
+
+void KrvFontManagerWindow::setPreviousSimilarFontGroup()
+{
+    if (const SimilarGroupHistory::Entry* entry = m_history.previous())
+        showSimilarGroup(*entry);
+}
+
+void KrvFontManagerWindow::setNextSimilarFontGroup()
+{
+    if (const SimilarGroupHistory::Entry* entry = m_history.next())
+        showSimilarGroup(*entry);
+}
+
+void KrvFontManagerWindow::findSimilarFonts()
+{
+    showSimilarFonts(SimilarFontsGroup::Similar, tr("Similar fonts to %1 %2"));
+}
+
+void KrvFontManagerWindow::findHarmonyBody()
+{
+    showSimilarFonts(SimilarFontsGroup::HarmonyBody, tr("Body harmony for %1 %2"));
+}
+
+void KrvFontManagerWindow::findHarmonyHeadline()
+{
+    showSimilarFonts(SimilarFontsGroup::HarmonyHeadline, tr("Headline harmony for %1 %2"));
+}
+
+void KrvFontManagerWindow::findHarmonyContrastingStyle()
+{
+    showSimilarFonts(SimilarFontsGroup::HarmonyContrast, tr("Fonts with contrasting style to %1 %2"));
+}
+
+void KrvFontManagerWindow::findHarmonySameFamily()
+{
+    showSimilarFonts(SimilarFontsGroup::HarmonySameFamily, tr("Same family harmony for %1 %2"));
+}
+
+void KrvFontManagerWindow::findSmartChoiceMix()
+{
+    showSimilarFonts(SimilarFontsGroup::SmartChoiceAll, tr("Smart Choice Mix"));
+}
+
+void KrvFontManagerWindow::findSmartChoiceHeadline()
+{
+    showSimilarFonts(SimilarFontsGroup::SmartChoiceHeadline, tr("Smart Choice Headline"));
+}
+
+void KrvFontManagerWindow::findSmartChoiceBody()
+{
+    showSimilarFonts(SimilarFontsGroup::SmartChoiceBody, tr("Smart Choice Body"));
+}
+
+void KrvFontManagerWindow::updateFileExists()
+{
+    if (!isStarted())
+        return;
+    QMessageBox::information(this, windowTitle(),
+                             tr("Some of your font files doesn't exist anymore.\nKerval will now find and remove the "
+                                "nonexistent fonts from your library."));
+    waitFor(m_service->updateFileExistance(), tr("Finding/Removing nonexistent fonts..."));
+}
+
+void KrvFontManagerWindow::showHelp()
+{
+    QDesktopServices::openUrl(QUrl(krv::web::supportTicketPath()));
+}
