@@ -190,7 +190,13 @@ int main(int argc, char** argv)
         reportMemory(QString::fromLocal8Bit(argv[2]));
         return 0;
     }
-    benchStoring();
+    // "--only store|load|search|memory" for whoever works on one of them.
+    const QString only = argc == 3 && qstrcmp(argv[1], "--only") == 0 ? QString::fromLocal8Bit(argv[2]) : QString();
+    const auto wanted = [&only](const char* part) { return only.isEmpty() || only == QLatin1String(part); };
+    if (wanted("store"))
+        benchStoring();
+    if (only == QLatin1String("store"))
+        return 0;
 
     QTemporaryDir folder;
     const QString file = folder.filePath(QStringLiteral("fms.db"));
@@ -199,7 +205,11 @@ int main(int argc, char** argv)
         for (int done = 0; done < CatalogueSize; done += 10000)
             strategy.addFonts(generateFonts(10000, done));
     }
-    benchLoading(file);
-    benchSearching(file);
-    return QProcess::execute(QCoreApplication::applicationFilePath(), {QStringLiteral("--memory"), file});
+    if (wanted("load"))
+        benchLoading(file);
+    if (wanted("search"))
+        benchSearching(file);
+    if (wanted("memory"))
+        return QProcess::execute(QCoreApplication::applicationFilePath(), {QStringLiteral("--memory"), file});
+    return 0;
 }

@@ -37,6 +37,7 @@ FontField secondsField(const char* name)
     FontField field{name, FontField::Time};
     field.moment = [](const StaticFontData& data) { return (data.*Member).moment(); };
     field.seconds = [](const StaticFontData& data) { return (data.*Member).seconds(); };
+    field.isSecondsText = true;
     return field;
 }
 

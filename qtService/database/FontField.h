@@ -29,6 +29,7 @@ struct FontField
     const SharedText& (*shared)(const StaticFontData&) = nullptr;
     QDateTime (*moment)(const StaticFontData&) = nullptr; // Time
     qint64 (*seconds)(const StaticFontData&) = nullptr;   // Time; 0 for an invalid one
+    bool isSecondsText = false;                           // Time held as a number, never invalid
 
     bool isNumber() const { return kind == Number || kind == Flag || kind == Byte; }
     bool isText() const { return kind == Text || kind == SharedTextKind; }

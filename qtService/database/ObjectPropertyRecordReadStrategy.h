@@ -1,9 +1,9 @@
 #pragma once
 
+#include "qtService/database/PropertyReader.h"
 #include "qtService/database/RecordReadStrategyInterface.h"
 
 #include <QHash>
-#include <QMetaProperty>
 #include <QSharedPointer>
 #include <QVector>
 
@@ -19,7 +19,7 @@ public:
         , m_columns(columns)
     {
         for (auto it = propertyNames.cbegin(); it != propertyNames.cend(); ++it)
-            m_properties.insert(it.key(), property(it.value()));
+            m_properties.insert(it.key(), PropertyReader<T>(it.value()));
         for (Column column : columns)
             m_columnProperties.append(m_properties.value(column));
     }
@@ -38,20 +38,14 @@ public:
     QList<Column> columns() override { return m_columns; }
 
 private:
-    static QMetaProperty property(const QString& name)
-    {
-        const int index = T::staticMetaObject.indexOfProperty(name.toUtf8().constData());
-        return index < 0 ? QMetaProperty() : T::staticMetaObject.property(index);
-    }
-
-    QVariant read(int row, const QMetaProperty& property) const
+    QVariant read(int row, const PropertyReader<T>& property) const
     {
         const T* const object = row >= 0 && row < m_objects.size() ? m_objects.at(row).data() : nullptr;
-        return object && property.isValid() ? property.read(object) : QVariant();
+        return object ? property.value(*object) : QVariant();
     }
 
     const QList<QSharedPointer<T>> m_objects;
     const QList<Column> m_columns;
-    QHash<Column, QMetaProperty> m_properties;
-    QVector<QMetaProperty> m_columnProperties;
+    QHash<Column, PropertyReader<T>> m_properties;
+    QVector<PropertyReader<T>> m_columnProperties;
 };
