@@ -13,6 +13,14 @@ FontGroupList::FontGroupList()
 
 FontGroupList::~FontGroupList() = default;
 
+void FontGroupList::release(FontGroupList* list)
+{
+    if (list->thread() == QThread::currentThread())
+        delete list;
+    else
+        list->deleteLater();
+}
+
 QList<int> FontGroupList::groupIdList() const
 {
     QReadLocker locker(&m_lock);

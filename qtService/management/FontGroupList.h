@@ -6,7 +6,8 @@
 #include <QReadWriteLock>
 
 // Groups by id, in the order in which they were added. Lives on the main thread, wherever it was made, and takes the
-// groups added to it there. The reads may be called from any thread.
+// groups added to it there. The reads may be called from any thread. Drop the last pointer to a list made by
+// makeFontGroupList() anywhere; it is destroyed on the main thread.
 class FontGroupList : public QObject
 {
     Q_OBJECT
@@ -25,6 +26,9 @@ public:
     QSharedPointer<FontGroup> group(int groupId) const;
     int groupCount() const;
 
+    // For shared pointers: deletes the list on its own thread.
+    static void release(FontGroupList* list);
+
 signals:
     void groupFontCountChanged(int groupId);
     void groupAdded(int groupId);
@@ -41,3 +45,9 @@ private:
     QList<int> m_groupIds;
     QHash<int, QSharedPointer<FontGroup>> m_groups;
 };
+
+template <class List, class... Arguments>
+QSharedPointer<List> makeFontGroupList(Arguments&&... arguments)
+{
+    return QSharedPointer<List>(new List(std::forward<Arguments>(arguments)...), &FontGroupList::release);
+}

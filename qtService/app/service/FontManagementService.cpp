@@ -151,7 +151,7 @@ void FontManagementService::openGroups()
 {
     const auto existing = makeFontGroup<ExistingFontsGroup>(m_repository);
     const auto all = makeFontGroup<AllFontsGroup>(existing);
-    const auto systemGroups = QSharedPointer<SystemFontGroupList>::create();
+    const auto systemGroups = makeFontGroupList<SystemFontGroupList>();
     systemGroups->addGroup(SystemFontGroupList::AllFonts, all);
     systemGroups->addGroup(SystemFontGroupList::ActiveFonts, makeFontGroup<ActiveFontsGroup>(all));
     systemGroups->addGroup(SystemFontGroupList::InactiveFonts, makeFontGroup<InactiveFontsGroup>(all));
@@ -164,7 +164,7 @@ void FontManagementService::openGroups()
     systemGroups->addGroup(SystemFontGroupList::RecentlyDeactivatedFonts,
                            makeFontGroup<RecentlyDeactivatedFontsGroup>(all, recentLimit));
     systemGroups->addGroup(SystemFontGroupList::HiddenFonts, makeFontGroup<HiddenFontsGroup>(existing));
-    const auto userGroups = QSharedPointer<UserFontGroupList>::create(all, m_userDatabase);
+    const auto userGroups = makeFontGroupList<UserFontGroupList>(all, m_userDatabase);
 
     QWriteLocker locker(&m_lock);
     m_existingFonts = existing;

@@ -193,6 +193,30 @@ private slots:
         QVERIFY(m_groups->user->groupIdList().isEmpty());
     }
 
+    void isMadeAndDroppedOnAnotherThread()
+    {
+        addFonts(3);
+        QPointer<FontGroupList> list;
+        QPointer<FontGroup> group;
+        QSharedPointer<FontGroupList> kept;
+        QtConcurrent::run([&] {
+            kept = makeFontGroupList<FontGroupList>();
+            const auto all = makeFontGroup<FontGroup>(m_groups->existing, QStringLiteral("all"));
+            kept->addGroup(1, all);
+            list = kept.data();
+            group = all.data();
+        }).waitForFinished();
+        QCOMPARE(list->thread(), QThread::currentThread());
+        QCOMPARE(group->thread(), QThread::currentThread());
+        QSignalSpy counted(kept.data(), &FontGroupList::groupFontCountChanged);
+        m_library->addFonts({TestLibrary::makeFont(QStringLiteral("/more.ttf"), QString())});
+        QCOMPARE(counted.size(), 1);
+        QCOMPARE(group->fontCount(), 4);
+        QtConcurrent::run([&] { kept.reset(); }).waitForFinished();
+        QVERIFY(list);
+        QTRY_VERIFY(!list && !group);
+    }
+
     void isAskedFromThePoolWhileItChanges()
     {
         QList<int> ids = addFonts(400);
