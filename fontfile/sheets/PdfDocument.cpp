@@ -1,0 +1,130 @@
+#include "fontfile/sheets/PdfDocument.h"
+
+#include "fontfile/sheets/FMSPdfGenerator.h"
+#include "qtService/database/KrvFontRepository.h"
+
+#include <QDebug>
+#include <QFile>
+#include <QLinearGradient>
+#include <QPageLayout>
+
+#include <algorithm>
+#include <tuple>
+#include <vector>
+
+namespace {
+
+constexpr qreal marginMillimetres = 15;
+
+// A temporary file of our own: made here, so that two jobs that look for a free name at once do not find the same one.
+QString reserveTemporaryFile()
+{
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        QFile file(FMSPdfGenerator::tempFileName());
+        if (file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
+            return file.fileName();
+    }
+    qWarning("W_0_ no temporary file can be made for a PDF document");
+    return FMSPdfGenerator::tempFileName();
+}
+
+// To white from the same white, invisible: from transparent black a PDF viewer would pass through gray.
+void setFadeColors(QGradient* gradient)
+{
+    gradient->setColorAt(0, QColor(255, 255, 255, 0));
+    gradient->setColorAt(1, Qt::white);
+}
+
+} // namespace
+
+PdfDocument::PdfDocument(const FontSampleJobPtr& job)
+    : m_job(job)
+    , m_fileName(reserveTemporaryFile())
+    , m_writer(m_fileName)
+    , m_labelFont(QStringLiteral("Arial"), 10)
+{
+    m_writer.setResolution(resolution);
+    m_writer.setPageLayout(
+        QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait,
+                    QMarginsF(marginMillimetres, marginMillimetres, marginMillimetres, marginMillimetres),
+                    QPageLayout::Millimeter));
+    m_writer.setCreator(QStringLiteral("Kerval"));
+    m_page = QRect(QPoint(0, 0), m_writer.pageLayout().paintRectPixels(resolution).size());
+    m_painter.begin(&m_writer);
+    m_painter.setFont(m_labelFont);
+    m_painter.setPen(Qt::gray);
+}
+
+PdfDocument::~PdfDocument()
+{
+    QFile::remove(m_fileName);
+}
+
+void PdfDocument::drawLabel(const QPoint& topLeft, const QSize& size, const QString& text)
+{
+    m_painter.drawText(QRect(topLeft, size), Qt::AlignLeft | Qt::TextDontClip | Qt::TextSingleLine, text);
+}
+
+void PdfDocument::drawFading(const QPoint& topLeft, const QImage& image, int fadeWidth)
+{
+    if (image.isNull())
+        return;
+    if (image.width() <= m_page.width()) {
+        m_painter.drawImage(topLeft, image);
+        return;
+    }
+    const int end = m_page.width() + 1;
+    QImage faded =
+        image.copy(0, 0, qMin(image.width(), end), image.height()).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    QLinearGradient gradient(end - fadeWidth, 0, end, 0);
+    setFadeColors(&gradient);
+    QPainter painter(&faded);
+    painter.fillRect(faded.rect(), gradient);
+    painter.end();
+    m_painter.drawImage(topLeft, faded);
+}
+
+void PdfDocument::fillFade(const QRect& rect, Qt::Orientation orientation)
+{
+    QLinearGradient gradient(rect.topLeft(), orientation == Qt::Horizontal ? rect.topRight() : rect.bottomLeft());
+    setFadeColors(&gradient);
+    m_painter.fillRect(rect, gradient);
+}
+
+void PdfDocument::finish()
+{
+    m_painter.end();
+    if (!m_job->isCancelled() && !QFile::copy(m_fileName, m_job->saveFileName()))
+        qWarning().noquote() << "W_0_ the PDF document could not be written to" << m_job->saveFileName();
+    QFile::remove(m_fileName);
+    m_job->setState(FontSampleJob::Finished);
+}
+
+QList<int> sortFontIdsByName(const QList<int>& ids, const QStringList& preferredPostScriptNames)
+{
+    const auto repository = KrvFontRepository::instance();
+    // (missing, not preferred, name): fetched once for each font, because a record may vanish while this runs.
+    std::vector<std::tuple<bool, bool, QString, int>> keys;
+    keys.reserve(size_t(ids.size()));
+    for (const int id : ids) {
+        const StaticFontPtr font = repository ? repository->font(id) : StaticFontPtr();
+        if (font) {
+            const bool preferred = preferredPostScriptNames.contains(font->postScriptName());
+            keys.emplace_back(false, !preferred, font->familyName() + font->styleName(), id);
+        } else {
+            keys.emplace_back(true, true, QString(), id);
+        }
+    }
+    std::sort(keys.begin(), keys.end());
+    QList<int> sorted;
+    for (const auto& key : keys)
+        sorted.append(std::get<int>(key));
+    return sorted;
+}
+
+StaticFontPtr printableFont(int fontId)
+{
+    const auto repository = KrvFontRepository::instance();
+    const StaticFontPtr font = repository ? repository->font(fontId) : StaticFontPtr();
+    return font && font->fileExists() ? font : StaticFontPtr();
+}
