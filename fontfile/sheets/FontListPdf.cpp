@@ -56,6 +56,10 @@ void FontListPdf::drawFont(const fms::StaticFont& font)
     }
     m_document.drawLabel(QPoint(0, m_y), labelSize, label);
     m_y += labelSize.height() + labelGap;
-    m_document.drawFading(QPoint(0, m_y), image, fadeWidth);
+    const int pageWidth = m_document.page().width();
+    if (image.width() > pageWidth)
+        m_document.drawFading(QPoint(0, m_y), image, pageWidth + 1, fadeWidth);
+    else
+        m_document.painter().drawImage(0, m_y, image);
     m_y += image.height() + fontGap;
 }

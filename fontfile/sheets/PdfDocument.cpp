@@ -28,13 +28,6 @@ QString reserveTemporaryFile()
     return FMSPdfGenerator::tempFileName();
 }
 
-// To white from the same white, invisible: from transparent black a PDF viewer would pass through gray.
-void setFadeColors(QGradient* gradient)
-{
-    gradient->setColorAt(0, QColor(255, 255, 255, 0));
-    gradient->setColorAt(1, Qt::white);
-}
-
 } // namespace
 
 PdfDocument::PdfDocument(const FontSampleJobPtr& job)
@@ -51,6 +44,7 @@ PdfDocument::PdfDocument(const FontSampleJobPtr& job)
     m_writer.setCreator(QStringLiteral("Kerval"));
     m_page = QRect(QPoint(0, 0), m_writer.pageLayout().paintRectPixels(resolution).size());
     m_painter.begin(&m_writer);
+    m_painter.setRenderHint(QPainter::LosslessImageRendering); // letters must not be speckled by lossy compression
     m_painter.setFont(m_labelFont);
     m_painter.setPen(Qt::gray);
 }
@@ -65,30 +59,38 @@ void PdfDocument::drawLabel(const QPoint& topLeft, const QSize& size, const QStr
     m_painter.drawText(QRect(topLeft, size), Qt::AlignLeft | Qt::TextDontClip | Qt::TextSingleLine, text);
 }
 
-void PdfDocument::drawFading(const QPoint& topLeft, const QImage& image, int fadeWidth)
+void PdfDocument::drawFading(const QPoint& topLeft, const QImage& image, int end, int fadeWidth)
 {
-    if (image.isNull())
-        return;
-    if (image.width() <= m_page.width()) {
+    if (image.width() <= end - fadeWidth) {
         m_painter.drawImage(topLeft, image);
         return;
     }
-    const int end = m_page.width() + 1;
+    // The picture itself loses its opacity: white painted over it would leave a line where a viewer rounds the edges of
+    // the two differently.
     QImage faded =
         image.copy(0, 0, qMin(image.width(), end), image.height()).convertToFormat(QImage::Format_ARGB32_Premultiplied);
     QLinearGradient gradient(end - fadeWidth, 0, end, 0);
-    setFadeColors(&gradient);
+    gradient.setColorAt(0, Qt::black);
+    gradient.setColorAt(1, Qt::transparent);
     QPainter painter(&faded);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
     painter.fillRect(faded.rect(), gradient);
     painter.end();
     m_painter.drawImage(topLeft, faded);
 }
 
-void PdfDocument::fillFade(const QRect& rect, Qt::Orientation orientation)
+void PdfDocument::fadeBottom(const QRect& rect)
 {
-    QLinearGradient gradient(rect.topLeft(), orientation == Qt::Horizontal ? rect.topRight() : rect.bottomLeft());
-    setFadeColors(&gradient);
-    m_painter.fillRect(rect, gradient);
+    // As an image: the PDF engine paints gradients without their transparency.
+    QImage fade(rect.size(), QImage::Format_ARGB32_Premultiplied);
+    fade.fill(Qt::transparent);
+    QLinearGradient gradient(0, 0, 0, rect.height());
+    gradient.setColorAt(0, Qt::transparent);
+    gradient.setColorAt(1, Qt::white);
+    QPainter painter(&fade);
+    painter.fillRect(fade.rect(), gradient);
+    painter.end();
+    m_painter.drawImage(rect.topLeft(), fade);
 }
 
 void PdfDocument::finish()

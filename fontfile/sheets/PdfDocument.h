@@ -33,9 +33,10 @@ public:
 
     // Text that begins at the point; the width and height are only the room it was measured to need.
     void drawLabel(const QPoint& topLeft, const QSize& size, const QString& text);
-    // At most the part that lies on the page, fading out over the last pixels when there is more.
-    void drawFading(const QPoint& topLeft, const QImage& image, int fadeWidth);
-    void fillFade(const QRect& rect, Qt::Orientation orientation);
+    // The image as far as x = end, fading out over the last pixels before it when it reaches there.
+    void drawFading(const QPoint& topLeft, const QImage& image, int end, int fadeWidth);
+    // From nothing to white downwards.
+    void fadeBottom(const QRect& rect);
 
     // Moves the document to its place, removes the temporary file and ends the job.
     void finish();
