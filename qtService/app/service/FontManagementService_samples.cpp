@@ -1,9 +1,6 @@
 #include "qtService/app/service/FontManagementService.h"
 
-#if __has_include("fontfile/sheets/FMSPdfGenerator.h")
 #include "fontfile/sheets/FMSPdfGenerator.h"
-#define KERVAL_HAS_SHEETS
-#endif
 #include "qtService/database/KrvFontRepository.h"
 
 #include <QThread>
@@ -30,7 +27,6 @@ FontSampleJobPtr FontManagementService::createFontSample(const QList<int>& ids, 
                                                          const QString& sampleText, int kind)
 {
     FontSampleJobPtr job;
-#ifdef KERVAL_HAS_SHEETS
     const QString text = sampleText.isEmpty() ? QStringLiteral("The quick brown fox jumps over lazy dog.") : sampleText;
     const auto generate = [&] {
         if (!m_pdfGenerator)
@@ -42,11 +38,5 @@ FontSampleJobPtr FontManagementService::createFontSample(const QList<int>& ids, 
         generate();
     else
         QMetaObject::invokeMethod(this, generate, Qt::BlockingQueuedConnection);
-#else
-    Q_UNUSED(ids)
-    Q_UNUSED(saveFileName)
-    Q_UNUSED(sampleText)
-    Q_UNUSED(kind)
-#endif
     return job;
 }
