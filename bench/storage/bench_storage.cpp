@@ -176,7 +176,7 @@ void reportMemory(const QString& file)
 {
     CachedFontRepositoryStrategy cache(
         QSharedPointer<RelationalFontRepositoryStrategy>::create(QSharedPointer<FontDatabase>::create(file)));
-    cache.fontForHash(QString());
+    cache.fontsForHash(QString());
     cache.findMatchingFontIds(search({QStringLiteral("nothing of the kind")}));
     atMost("resident with 100,000 records", residentMebibytes(), 400, "MiB");
 }

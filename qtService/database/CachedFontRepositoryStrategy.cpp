@@ -47,12 +47,12 @@ StaticFontPtr CachedFontRepositoryStrategy::font(int id)
     return m_byId.value(id);
 }
 
-StaticFontPtr CachedFontRepositoryStrategy::fontForHash(const QString& fontHash)
+QList<StaticFontPtr> CachedFontRepositoryStrategy::fontsForHash(const QString& fontHash)
 {
     {
         QReadLocker locker(&m_lock);
         if (m_hashesKnown)
-            return m_byHash.value(fontHash);
+            return m_byHash.values(fontHash);
     }
     // Hashes cost a digest each, so the table waits until someone asks.
     QWriteLocker locker(&m_lock);
@@ -61,7 +61,7 @@ StaticFontPtr CachedFontRepositoryStrategy::fontForHash(const QString& fontHash)
             m_byHash.insert(font->fontHash(), font);
         m_hashesKnown = true;
     }
-    return m_byHash.value(fontHash);
+    return m_byHash.values(fontHash);
 }
 
 QList<StaticFontPtr> CachedFontRepositoryStrategy::findMatchingFonts(const MatchingCriteriaPtr& criteria)
@@ -126,7 +126,8 @@ QList<StaticFontPtr> CachedFontRepositoryStrategy::fontsHashed(const QVariantLis
 {
     QMap<int, StaticFontPtr> found;
     for (const QVariant& element : elements) {
-        if (const StaticFontPtr font = fontForHash(element.toString()))
+        const QList<StaticFontPtr> fonts = fontsForHash(element.toString());
+        for (const StaticFontPtr& font : fonts)
             found.insert(font->id(), font);
     }
     return found.values();
@@ -160,10 +161,14 @@ bool CachedFontRepositoryStrategy::updateFonts(const QList<StaticFontPtr>& fonts
         const auto known = m_byId.find(font->id());
         if (known == m_byId.end())
             continue; // removed meanwhile; an update brings no font back
-        replaces = replaces || known.value() != font;
-        known.value() = font;
-        if (m_hashesKnown)
+        if (known.value() == font)
+            continue;
+        replaces = true;
+        if (m_hashesKnown) {
+            m_byHash.remove(known.value()->fontHash(), known.value());
             m_byHash.insert(font->fontHash(), font);
+        }
+        known.value() = font;
     }
     if (replaces) {
         for (StaticFontPtr& font : m_list)
@@ -188,7 +193,7 @@ bool CachedFontRepositoryStrategy::removeFonts(const QList<StaticFontPtr>& fonts
     for (const StaticFontPtr& font : fonts) {
         const StaticFontPtr kept = m_byId.take(font->id());
         if (kept && m_hashesKnown)
-            m_byHash.remove(kept->fontHash());
+            m_byHash.remove(kept->fontHash(), kept);
     }
     const auto isGone = [this](const StaticFontPtr& font) { return !m_byId.contains(font->id()); };
     m_list.erase(std::remove_if(m_list.begin(), m_list.end(), isGone), m_list.end());

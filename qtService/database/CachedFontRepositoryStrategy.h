@@ -16,8 +16,8 @@ public:
     // In ascending order of ids; shares the list that is kept, so that a snapshot costs nothing.
     QList<StaticFontPtr> fonts() override;
     StaticFontPtr font(int id) override;
-    // Null when no record has the hash.
-    StaticFontPtr fontForHash(const QString& fontHash);
+    // None when no record has the hash; two when copies of a file have paths that differ only in case.
+    QList<StaticFontPtr> fontsForHash(const QString& fontHash);
     QList<StaticFontPtr> findMatchingFonts(const MatchingCriteriaPtr& criteria) override;
     FindMathingFontsCommandPtr createFindMathingFontsCommand(const MatchingCriteriaPtr& criteria,
                                                              bool idsOnly) override;
@@ -49,8 +49,9 @@ private:
     QMutex m_writers;
     QReadWriteLock m_lock; // guards what follows
     QHash<int, StaticFontPtr> m_byId;
-    QHash<QString, StaticFontPtr> m_byHash; // once m_hashesKnown
-    QList<StaticFontPtr> m_list;            // ascending ids
+    // Once m_hashesKnown. Two copies of a file whose paths differ only in case have one hash.
+    QMultiHash<QString, StaticFontPtr> m_byHash;
+    QList<StaticFontPtr> m_list; // ascending ids
     bool m_hashesKnown = false;
     QStringList m_foundries;
     QHash<QString, QList<int>> m_fileFaces; // once m_facesKnown

@@ -152,7 +152,9 @@ QString setAside(const QString& fileName, Condition condition)
     // A journal left behind would be applied to the new file.
     for (const QString& suffix : {QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")})
         QFile::rename(fileName + suffix, target + suffix);
-    qWarning().noquote() << "E_1_ Moved" << fileName << "to" << target;
+    qWarning().noquote() << (condition == Damaged ? "U_ The catalogue of fonts was damaged. It was kept as"
+                                                  : "U_ The catalogue of fonts has another format. It was kept as")
+                         << target << "and its fonts are added again by the next scan.";
     return target;
 }
 

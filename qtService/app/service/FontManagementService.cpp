@@ -112,6 +112,8 @@ void FontManagementService::openDatabases(const QString& settingsFolder)
 {
     auto* const userDatabase = new KrvUserDatabase;
     userDatabase->open(settingsFolder + QStringLiteral("user.db"));
+    // What cannot serve as the catalogue is moved aside, and its fonts wait for the next scan.
+    FontDatabase::prepareFile(settingsFolder + QStringLiteral("fms.db"));
     const auto fontDatabase = QSharedPointer<FontDatabase>::create(settingsFolder + QStringLiteral("fms.db"));
     const auto strategy = QSharedPointer<CachedFontRepositoryStrategy>::create(
         QSharedPointer<RelationalFontRepositoryStrategy>::create(fontDatabase));

@@ -209,19 +209,19 @@ private slots:
         QCOMPARE(cache.font(3), third);
         QCOMPARE(cache.foundries().first(), QStringLiteral("A foundry"));
         QCOMPARE(cache.fileFaces().size(), 3);
-        QCOMPARE(cache.fontForHash(third->fontHash()), third);
-        QVERIFY(!cache.fontForHash(QStringLiteral("none")));
+        QCOMPARE(cache.fontsForHash(third->fontHash()), QList<StaticFontPtr>{third});
+        QVERIFY(cache.fontsForHash(QStringLiteral("none")).isEmpty());
 
         const StaticFontPtr fourth = reportedFont(4);
         QVERIFY(cache.addFont(fourth));
         QCOMPARE(cache.fileFaces(), m_relational->fileFaces());
-        QCOMPARE(cache.fontForHash(fourth->fontHash()), fourth);
+        QCOMPARE(cache.fontsForHash(fourth->fontHash()), QList<StaticFontPtr>{fourth});
         QCOMPARE(cache.fontIdsForFile(fourth->fileName()), QList<int>{4});
 
         QVERIFY(cache.removeFonts({third, fourth}));
         QCOMPARE(cache.fontCount(), 2);
         QVERIFY(!cache.containsFont(3));
-        QVERIFY(!cache.fontForHash(third->fontHash()));
+        QVERIFY(cache.fontsForHash(third->fontHash()).isEmpty());
         QCOMPARE(cache.foundries(), m_relational->foundries());
         QCOMPARE(cache.fileFaces(), m_relational->fileFaces());
         // A late update of a removed font does not bring it back.
@@ -255,6 +255,21 @@ private slots:
             cache.findMatchingFonts(M::leaf(M::EndsWith, QStringLiteral("familyName"), QStringLiteral("-7"))).size(),
             1);
         QCOMPARE(cache.findMatchingFontIds(M::allOf()).size(), 50);
+    }
+
+    // Copies of one file in /f/A.ttf and /f/a.ttf have one hash, because hashes ignore case.
+    void fontsMayShareAHash()
+    {
+        CachedFontRepositoryStrategy cache(m_relational);
+        const QList<StaticFontPtr> twins{reportedFont(1), reportedFont(1)};
+        twins.last()->setFileName(twins.first()->fileName().toUpper());
+        QVERIFY(cache.addFonts(twins));
+        const QString hash = twins.first()->fontHash();
+        QCOMPARE(twins.last()->fontHash(), hash);
+        const auto hashed = M::allOf({M::leaf(M::InList, QStringLiteral("fontHash"), QStringList{hash})});
+        QCOMPARE(cache.findMatchingFontIds(hashed), idsOf(twins));
+        QVERIFY(cache.removeFont(twins.first()));
+        QCOMPARE(cache.findMatchingFontIds(hashed), QList<int>{twins.last()->id()});
     }
 
     void refusedWritesLeaveTheCache()
