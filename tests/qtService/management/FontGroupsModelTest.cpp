@@ -6,7 +6,7 @@
 #include "tests/support/testregistry.h"
 
 #include <QRandomGenerator>
-#include <QtConcurrent>
+#include <QThread>
 #include <QtTest>
 
 #include <algorithm>
@@ -153,13 +153,16 @@ private:
         return ids.mid(0, m_random.bounded(chance(20) ? 60 : 6));
     }
 
-    // A third of the changes are made as commands make them, on a pool thread.
+    // A third of the changes are made as commands make them, on another thread.
     void make(const std::function<void()>& work)
     {
-        if (chance(33))
-            QtConcurrent::run(work).waitForFinished();
-        else
+        if (!chance(33)) {
             work();
+            return;
+        }
+        const QScopedPointer<QThread> thread(QThread::create(work));
+        thread->start();
+        thread->wait();
     }
 
     void update(const QList<int>& ids, const QStringList& properties,

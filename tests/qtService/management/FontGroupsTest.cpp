@@ -177,13 +177,13 @@ private slots:
         const QList<int> ids = addFonts(3);
         KrvUserDatabase& database = *m_library->userDatabase;
         int parent = 0;
-        QtConcurrent::run([&] { parent = database.addGroup(QStringLiteral("parent"), 0); }).waitForFinished();
+        onAnotherThread([&] { parent = database.addGroup(QStringLiteral("parent"), 0); });
         // Listed when the call returns, whatever the thread; alive on this one.
         QVERIFY(m_groups->user->containsGroup(parent));
         QCOMPARE(m_groups->group(parent)->thread(), QThread::currentThread());
         const int child = database.addGroup(QStringLiteral("child"), parent);
         const QStringList hashes{hashOf(ids[0]), hashOf(ids[2])};
-        QtConcurrent::run([&] { database.addFontsToGroup(hashes, child); }).waitForFinished();
+        onAnotherThread([&] { database.addFontsToGroup(hashes, child); });
         QTRY_COMPARE(m_groups->members(child), (QSet<int>{ids[0], ids[2]}));
         QSignalSpy renamed(m_groups->user.data(), &FontGroupList::groupRenamed);
         QVERIFY(database.renameGroup(child, QStringLiteral("new %1")));
@@ -199,20 +199,20 @@ private slots:
         QPointer<FontGroupList> list;
         QPointer<FontGroup> group;
         QSharedPointer<FontGroupList> kept;
-        QtConcurrent::run([&] {
+        onAnotherThread([&] {
             kept = makeFontGroupList<FontGroupList>();
             const auto all = makeFontGroup<FontGroup>(m_groups->existing, QStringLiteral("all"));
             kept->addGroup(1, all);
             list = kept.data();
             group = all.data();
-        }).waitForFinished();
+        });
         QCOMPARE(list->thread(), QThread::currentThread());
         QCOMPARE(group->thread(), QThread::currentThread());
         QSignalSpy counted(kept.data(), &FontGroupList::groupFontCountChanged);
         m_library->addFonts({TestLibrary::makeFont(QStringLiteral("/more.ttf"), QString())});
         QCOMPARE(counted.size(), 1);
         QCOMPARE(group->fontCount(), 4);
-        QtConcurrent::run([&] { kept.reset(); }).waitForFinished();
+        onAnotherThread([&] { kept.reset(); });
         QVERIFY(list);
         QTRY_VERIFY(!list && !group);
     }
@@ -250,11 +250,11 @@ private slots:
             m_library->userDatabase->addFontsToGroup(hashes.mid(round * 10, 30), groupId);
             m_library->userDatabase->renameGroup(groupId, QString::number(round));
             // And as the commands do it: changed on a pool thread, followed here.
-            QtConcurrent::run([&] {
+            onAnotherThread([&] {
                 const StaticFontPtr font = m_library->repository->font(ids[300]);
                 font->setUserRanking(round);
                 m_library->repository->updateFonts({font}, {QStringLiteral("userRanking")});
-            }).waitForFinished();
+            });
             QCoreApplication::processEvents();
         }
         stop = 1;
@@ -266,6 +266,14 @@ private slots:
     }
 
 private:
+    // Waiting for a run on the pool may carry it out here.
+    static void onAnotherThread(const std::function<void()>& work)
+    {
+        const QScopedPointer<QThread> thread(QThread::create(work));
+        thread->start();
+        thread->wait();
+    }
+
     QList<int> addFonts(int count)
     {
         QList<StaticFontPtr> fonts;
