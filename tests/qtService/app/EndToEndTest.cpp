@@ -155,7 +155,7 @@ private slots:
         const HttpReply description = home.request("GET", QStringLiteral("/service"));
         QCOMPARE(description.json().object().value(QLatin1String("version")).toInt(), 20701);
         QCOMPARE(QByteArray::fromHex(description.json().object().value(QLatin1String("user_id")).toString().toLatin1()),
-                 home.path(QString()).chopped(1).toUtf8());
+                 home.path(QStringLiteral(".")).chopped(2).toUtf8());
         QCOMPARE(home.catalogued(), QStringList());
 
         home.startScan();
