@@ -19,6 +19,7 @@ namespace kerval::adder {
 namespace {
 
 constexpr std::size_t glyphsThatTell = 10;
+constexpr std::size_t letterCount = 52; // digits share one width in most faces
 constexpr int firstCharacters = 64;
 
 constexpr int boldWeightClass = 700;
@@ -70,7 +71,7 @@ Pitch latinPitch(FT_Face face)
 {
     PitchMeasure measure(face);
     if (face->charmap && face->charmap->encoding == FT_ENCODING_UNICODE)
-        for (const char c : helpers::featureAlphabet)
+        for (const char c : helpers::featureAlphabet.substr(0, letterCount))
             measure.add(FT_Get_Char_Index(face, static_cast<FT_ULong>(c)));
     return measure.pitch();
 }

@@ -153,6 +153,7 @@ void AdderReportTest::values_data()
     row("fixed-pitch-unsaid.ttf", "mono", "1");
     row("fixed-pitch-unsaid.ttf", "bold", "1");
     row("fixed-pitch-claimed.ttf", "mono", "0");
+    row("digits-of-one-width.ttf", "mono", "0");
     row("ligatures.otf", "format", "OpenType");
     row("ligatures.otf", "ligature", "1");
     row("ligatures.otf", "smallcaps", "1");
