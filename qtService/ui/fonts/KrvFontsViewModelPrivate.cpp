@@ -42,8 +42,13 @@ KrvFontsViewModelPrivate::KrvFontsViewModelPrivate(QObject* parent)
     connect(&m_reloadTimer, &QTimer::timeout, this, [this] { reloadFonts(m_group); });
     connect(&m_previews, &FontPreviewStore::commandEnded, this,
             &KrvFontsViewModelPrivate::onRenderCommandStatusChanged);
-    for (const char* name : {"inactive", "temporary", "permanent"})
-        m_activityImages.append(QImage(QStringLiteral(":/icons/activity_%1.png").arg(QLatin1String(name))));
+    const bool dense = qApp->devicePixelRatio() > 1;
+    for (const char* name : {"inactive", "temporary", "permanent"}) {
+        QImage image(QStringLiteral(":/icons/activity_%1%2.png")
+                         .arg(QLatin1String(name), dense ? QStringLiteral("2x") : QString()));
+        image.setDevicePixelRatio(dense ? 2 : 1);
+        m_activityImages.append(image);
+    }
 }
 
 KrvFontsViewModelPrivate::~KrvFontsViewModelPrivate()
