@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QtTest>
@@ -19,6 +20,7 @@ private slots:
     void everyItemOfTheCatalogueIsThere();
     void values_data();
     void values();
+    void namesAgreeWithFontconfig();
     void hashIsThatOfTheNamedFile();
     void facesOfACollectionDiffer();
     void lettersHaveVectors();
@@ -182,6 +184,37 @@ void AdderReportTest::values()
         runs.insert(font, AdderRun::of(testFont(font)));
     QCOMPARE(runs[font].exitCode, 0);
     QCOMPARE(runs[font].information.value(key, QStringLiteral("(missing)")), value);
+}
+
+// Fonts of the machine, so that names meet what real foundries write; fontconfig lists every name a face has.
+void AdderReportTest::namesAgreeWithFontconfig()
+{
+    QProcess scan;
+    scan.start(
+        QStringLiteral("fc-scan"),
+        {QStringLiteral("--format"),
+         QStringLiteral("%{file}\t%{index}\t%{family}\t%{style}\t%{fullname}\t%{postscriptname}\n"),
+         QStringLiteral("/usr/share/fonts/truetype/dejavu"), QStringLiteral("/usr/share/fonts/truetype/liberation"),
+         QStringLiteral("/usr/share/fonts/truetype/freefont"), QStringLiteral("/usr/share/fonts/opentype/cantarell")});
+    QVERIFY(scan.waitForFinished());
+    int compared = 0;
+    for (const QString& line :
+         QString::fromUtf8(scan.readAllStandardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        const QStringList fields = line.split(QLatin1Char('\t'));
+        QCOMPARE(fields.size(), 6);
+        if (fields[1] != QLatin1String("0"))
+            continue;
+        const AdderRun run = AdderRun::of(fields[0]);
+        const char* const keys[] = {"face_name", "style", "full_name", "ps_name"};
+        for (int i = 0; i < 4; ++i) {
+            const QString ours = run.information.value(QLatin1String(keys[i]));
+            const QString theirs = QString(fields[2 + i]).remove(QLatin1Char('\\'));
+            QVERIFY2(theirs.split(QLatin1Char(',')).contains(ours),
+                     qPrintable(fields[0] + QStringLiteral(": ") + ours));
+        }
+        ++compared;
+    }
+    QVERIFY2(compared > 8, "the fonts of the test packages are missing");
 }
 
 void AdderReportTest::hashIsThatOfTheNamedFile()
