@@ -13,7 +13,7 @@ namespace {
 
 // Looks are compared among the first this many only: it costs the square of their number.
 constexpr int kLookedAt = 120;
-constexpr float kLooksTheSame = 0.5F;
+constexpr float kLooksTheSame = 0.1F;
 
 void fallBackByName(const FeatureFolder& folder, std::vector<Match>& matches, double fallback)
 {

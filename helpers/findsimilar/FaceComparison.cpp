@@ -39,7 +39,7 @@ float FaceComparison::distance(int one, int other) const
         if (isPresent(mine)) {
             ++wanted;
             if (isPresent(its)) {
-                sum += std::sqrt(krv::glyphDistance(mine, its));
+                sum += krv::glyphDistance(mine, its);
                 ++common;
             }
         }
@@ -70,7 +70,7 @@ void FaceComparison::scan(int font, const std::vector<char>& marked, int begin, 
             }
             const float* vector = m_folder.vector(letter, other);
             if (isPresent(vector)) {
-                sums[static_cast<std::size_t>(other - begin)] += std::sqrt(krv::glyphDistance(base, vector));
+                sums[static_cast<std::size_t>(other - begin)] += krv::glyphDistance(base, vector);
                 ++common[static_cast<std::size_t>(other - begin)];
             }
         }

@@ -17,7 +17,7 @@ constexpr double kSuperfamilyBonus = 0.4;
 constexpr double kSameKind = 2.5;   // what a pairing of two faces of one kind costs
 constexpr double kBookWeight = 135; // hwe of an ordinary text face
 // A face this near is a cut of the same design whatever it is called.
-constexpr float kSameDesign = 0.9F;
+constexpr float kSameDesign = 0.12F;
 
 double logDistance(double one, double other, double unit)
 {
@@ -44,7 +44,7 @@ Harmony::Traits Harmony::traitsOf(int font) const
     int present = 0;
     for (int letter = 0; letter < m_folder.letterCount(); ++letter) {
         const float* values = m_folder.vector(letter, font);
-        if (values[krv::kInkValue] > 0) {
+        if (values[krv::kHeightValue] > 0) {
             ++present;
             traits.slant += values[krv::kSlantValue];
             traits.proportion += values[krv::kStrokeContrastValue];

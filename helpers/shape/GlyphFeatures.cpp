@@ -17,6 +17,16 @@ int featureLetterIndex(int character)
     return place ? static_cast<int>(place - kFeatureLetters) : -1;
 }
 
+namespace {
+
+// Keeps ratios of strokes finite where one of them is missing, in pixels.
+constexpr float kHairline = 0.2F;
+
+// Of the 36 cosines of the ink (6 v + u) those that tell designs apart best.
+constexpr int kCosines[] = {3, 7, 8, 9, 12, 14, 18, 19, 20, 21, 27, 30};
+
+} // namespace
+
 bool isMeasured(const GlyphFeatures& features)
 {
     return std::any_of(features.begin(), features.end(), [](float value) { return value != 0; });
@@ -43,34 +53,42 @@ void fillGlyphFeatures(const GlyphInk& ink, const GlyphMeasures& measures, const
     const auto add = [&](float value) {
         features[static_cast<std::size_t>(place++)] = std::isfinite(value) ? std::clamp(value, -8.0F, 8.0F) : 0.0F;
     };
+    const auto ratio = [](float one, float other) { return std::log((one + kHairline) / (other + kHairline)); };
+    const RunLengths& across = measures.across;
+    const RunLengths& down = measures.down;
     add(std::log(width / height));
-    add(measures.area / (width * height));
-    add(2 * measures.area / std::max(measures.perimeter, 0.1F) / height);
-    for (const RunLengths* runs : {&measures.across, &measures.down}) {
-        add(runs->low / height);
-        add(runs->middle / height);
-        add(runs->high / height);
-    }
-    add(std::log((measures.across.middle + 0.2F) / (measures.down.middle + 0.2F)));
+    add(down.low / height);
+    add(std::log((down.high + 0.3F) / height));
+    add(ratio(across.middle, down.middle));
+    add(ratio(across.high, across.low));
+    add(ratio(down.high, down.low));
     for (const float direction : measures.directions) {
         add(direction);
     }
     add(measures.slant);
-    for (std::size_t i = 1; i < measures.cosines.size(); ++i) {
-        add(measures.cosines[i]);
+    for (const int cosine : kCosines) {
+        add(measures.cosines[static_cast<std::size_t>(cosine)]);
     }
-    for (const float distance : measures.leftProfile) {
-        add(distance / height);
+    for (const int band : {0, 2, 3}) {
+        add(measures.leftProfile[static_cast<std::size_t>(band)] / height);
     }
     for (const float distance : measures.rightProfile) {
         add(distance / height);
     }
+    for (const int band : {0, 1, 3}) {
+        add(measures.topProfile[static_cast<std::size_t>(band)] / height);
+    }
+    add(measures.bottomProfile[3] / height);
     for (const float crossings : measures.rowCrossings) {
         add(crossings / 4);
     }
-    add(measures.holes);
-    add(std::log((measures.footRun + 0.2F) / (measures.across.middle + 0.2F)));
-    add(std::log((measures.headRun + 0.2F) / (measures.across.middle + 0.2F)));
+    add(measures.columnCrossings / 4);
+    add(static_cast<float>(measures.holeCount) / 2);
+    add(ratio(measures.headRun, across.middle));
+    for (const float moment : measures.field) {
+        add(moment);
+    }
+    add(measures.perimeter / (width + height));
     if (placement && placement->capitalHeight > 0) {
         place = kFirstPlacementValue;
         const float unit = 1 / placement->capitalHeight;

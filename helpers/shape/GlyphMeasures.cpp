@@ -142,23 +142,65 @@ void measureColumns(const GlyphInk& ink, GlyphMeasures& measures)
     RunCounter down;
     const int step = static_cast<int>(ink.row(1) - ink.row(0));
     int crossings = 0;
+    std::array<int, GlyphMeasures::kBands> columnsOfBand{};
     for (int x = 0; x < ink.columns(); ++x) {
-        crossings += visitRuns(ink.row(0) + x, ink.rows(), step, [&](float length, int, int) { down.add(length); });
+        int first = ink.rows();
+        int last = 0;
+        const int runs = visitRuns(ink.row(0) + x, ink.rows(), step, [&](float length, int begin, int end) {
+            down.add(length);
+            first = std::min(first, begin);
+            last = end;
+        });
+        crossings += runs;
+        if (runs > 0) {
+            const auto band = static_cast<std::size_t>(x * GlyphMeasures::kBands / ink.columns());
+            measures.topProfile[band] += static_cast<float>(first);
+            measures.bottomProfile[band] += static_cast<float>(ink.rows() - last);
+            ++columnsOfBand[band];
+        }
+    }
+    for (std::size_t band = 0; band < columnsOfBand.size(); ++band) {
+        measures.topProfile[band] /= static_cast<float>(std::max(columnsOfBand[band], 1));
+        measures.bottomProfile[band] /= static_cast<float>(std::max(columnsOfBand[band], 1));
     }
     measures.down = down.quantiles();
     measures.columnCrossings = static_cast<float>(crossings) / static_cast<float>(ink.columns());
 }
 
+// Cosines of 0, 1 and 2 half waves over the box at the corners between pixels.
+std::vector<std::array<float, 3>> halfWaves(int count, float begin, float length)
+{
+    std::vector<std::array<float, 3>> waves(static_cast<std::size_t>(count) + 1);
+    for (std::size_t i = 0; i < waves.size(); ++i) {
+        const float t = std::clamp((static_cast<float>(i) - begin) / length, 0.0F, 1.0F);
+        const float once = std::cos(kPi * t);
+        waves[i] = {1, once, 2 * once * once - 1};
+    }
+    return waves;
+}
+
 // The gradient between four pixels points across the outline; its length adds up to the outline's length.
 void measureEdges(const GlyphInk& ink, GlyphMeasures& measures)
 {
+    enum Channel
+    {
+        Cos2,
+        Sin2,
+        Cos4,
+        Sin4,
+        ChannelCount
+    };
+    const auto across = halfWaves(ink.columns(), ink.boxLeft(), ink.boxWidth());
+    const auto down = halfWaves(ink.rows(), ink.boxTop(), ink.boxHeight());
     float perimeter = 0;
-    std::array<float, 2 * GlyphMeasures::kHarmonics> sums{};
     float slantSum = 0;
     float slantWeight = 0;
+    std::array<float, 2> sixth{};
+    float moments[ChannelCount][3][3] = {};
     for (int y = -1; y < ink.rows(); ++y) {
         const float* upper = ink.row(y);
         const float* lower = ink.row(y + 1);
+        float rowMoments[ChannelCount][3] = {};
         for (int x = -1; x < ink.columns(); ++x) {
             const float falling = lower[x + 1] - upper[x];
             const float rising = upper[x + 1] - lower[x];
@@ -174,21 +216,42 @@ void measureEdges(const GlyphInk& ink, GlyphMeasures& measures)
             const float sin2 = 2 * gx * gy / square;
             const float cos4 = cos2 * cos2 - sin2 * sin2;
             const float sin4 = 2 * cos2 * sin2;
-            sums[0] += strength * cos2;
-            sums[1] += strength * sin2;
-            sums[2] += strength * cos4;
-            sums[3] += strength * sin4;
-            sums[4] += strength * (cos4 * cos2 - sin4 * sin2);
-            sums[5] += strength * (sin4 * cos2 + cos4 * sin2);
+            sixth[0] += strength * (cos4 * cos2 - sin4 * sin2);
+            sixth[1] += strength * (sin4 * cos2 + cos4 * sin2);
+            const std::array<float, 3>& waves = across[static_cast<std::size_t>(x + 1)];
+            for (int u = 0; u < 3; ++u) {
+                const float weight = strength * waves[static_cast<std::size_t>(u)];
+                rowMoments[Cos2][u] += weight * cos2;
+                rowMoments[Sin2][u] += weight * sin2;
+                rowMoments[Cos4][u] += weight * cos4;
+                rowMoments[Sin4][u] += weight * sin4;
+            }
             if (std::fabs(gy) < 0.7F * std::fabs(gx)) {
                 slantSum += strength * gy / gx;
                 slantWeight += strength;
             }
         }
+        for (int channel = 0; channel < ChannelCount; ++channel) {
+            for (int v = 0; v < 3; ++v) {
+                for (int u = 0; u < 3; ++u) {
+                    moments[channel][v][u] +=
+                        rowMoments[channel][u] * down[static_cast<std::size_t>(y + 1)][static_cast<std::size_t>(v)];
+                }
+            }
+        }
     }
     measures.perimeter = perimeter;
-    for (std::size_t i = 0; i < sums.size(); ++i) {
-        measures.directions[i] = perimeter > 0 ? sums[i] / perimeter : 0;
+    const float unit = perimeter > 0 ? 1 / perimeter : 0;
+    measures.directions = {moments[Cos2][0][0] * unit,
+                           moments[Sin2][0][0] * unit,
+                           moments[Cos4][0][0] * unit,
+                           moments[Sin4][0][0] * unit,
+                           sixth[0] * unit,
+                           sixth[1] * unit};
+    for (std::size_t i = 0; i < measures.field.size(); ++i) {
+        const GlyphMeasures::FieldMoment& moment = GlyphMeasures::fieldMoments[i];
+        const int channel = (moment.harmonic == 4 ? Cos4 : Cos2) + (moment.sine ? 1 : 0);
+        measures.field[i] = moments[channel][moment.v][moment.u] * unit;
     }
     measures.slant = slantWeight > 0 ? slantSum / slantWeight : 0;
 }
@@ -274,6 +337,23 @@ void measureHoles(const GlyphInk& ink, GlyphMeasures& measures)
 }
 
 } // namespace
+
+// Of the possible ones those that tell designs apart best.
+const std::array<GlyphMeasures::FieldMoment, GlyphMeasures::kFieldMoments> GlyphMeasures::fieldMoments = {{
+    {false, 2, 0, 1},
+    {false, 2, 1, 1},
+    {false, 2, 0, 2},
+    {true, 2, 1, 0},
+    {true, 2, 2, 0},
+    {true, 2, 0, 1},
+    {true, 2, 0, 2},
+    {true, 2, 1, 2},
+    {false, 4, 0, 1},
+    {false, 4, 1, 1},
+    {true, 4, 1, 0},
+    {true, 4, 0, 1},
+    {true, 4, 1, 1},
+}};
 
 GlyphMeasures GlyphMeasures::of(const GlyphInk& ink)
 {

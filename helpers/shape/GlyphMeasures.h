@@ -20,8 +20,20 @@ struct RunLengths
 struct GlyphMeasures
 {
     static constexpr int kHarmonics = 3;
-    static constexpr int kCosines = 5;
+    static constexpr int kCosines = 6;
     static constexpr int kBands = 4;
+
+    // One moment of the outline's direction: the share of outline whose angle, taken `harmonic` times, points along the
+    // cosine or the sine, weighted by a cosine of `u` half waves across and `v` half waves down the box.
+    struct FieldMoment
+    {
+        bool sine;
+        int harmonic; // 2 or 4
+        int u;
+        int v;
+    };
+    static constexpr int kFieldMoments = 13;
+    static const std::array<FieldMoment, kFieldMoments> fieldMoments;
 
     float area = 0;
     float perimeter = 0;
@@ -29,17 +41,20 @@ struct GlyphMeasures
     RunLengths down;   // along the columns: bars and the thin parts of bows
     // Directions of the outline: strength-weighted mean of cos and sin of 2, 4 and 6 times the edge's angle.
     std::array<float, 2 * kHarmonics> directions{};
+    std::array<float, kFieldMoments> field{};
     float slant = 0; // mean tangent of the near-vertical edges, positive leaning right
-    // Cosine transform of the ink stretched to the unit square, row by row.
+    // Cosine transform of the ink stretched to the unit square, row by row; the first is the share of ink.
     std::array<float, kCosines * kCosines> cosines{};
-    // Distance from the box's sides to the ink, mean over a quarter of the height each.
+    // Distance from the box's sides to the ink, mean over a quarter of the height (or width) each.
     std::array<float, kBands> leftProfile{};
     std::array<float, kBands> rightProfile{};
+    std::array<float, kBands> topProfile{};
+    std::array<float, kBands> bottomProfile{};
     // Mean number of strokes crossed by the rows of each third, and by the columns.
     std::array<float, 3> rowCrossings{};
     float columnCrossings = 0;
-    float holes = 0;   // enclosed white, as a share of the box
-    int holeCount = 0; //
+    float holes = 0; // enclosed white, as a share of the box
+    int holeCount = 0;
     float footRun = 0; // mean black run at the very bottom, and at the top
     float headRun = 0;
 
