@@ -343,6 +343,7 @@ void KrvFontManagerWindow::onFontManagementServiceStarted()
     if (!m_service->repository()->hasFonts())
         QMetaObject::invokeMethod(m_service.data(), &FontManagementService::rescanFonts, Qt::QueuedConnection);
     updateActionsState();
+    startSilentUpdateCheck();
 }
 
 void KrvFontManagerWindow::onFoundriesChanged()

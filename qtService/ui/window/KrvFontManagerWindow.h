@@ -1,11 +1,13 @@
 #pragma once
 
+#include "fontfile/sheets/FontSampleJob.h"
 #include "qtService/app/core/AbstractAsynchronousCommand.h"
 #include "qtService/app/core/KrvUiSettings.h"
 #include "qtService/management/SimilarFontsGroup.h"
 #include "qtService/management/systemfm/ActivityType.h"
 #include "qtService/ui/filter/FontFiltersState.h"
 #include "qtService/ui/window/SimilarGroupHistory.h"
+#include "updates/UpdateCheckCommand.h"
 
 #include <QMainWindow>
 #include <QSharedPointer>
@@ -78,6 +80,11 @@ private slots:
     void addGroupWithSelectedFonts();
     void removeSelectedFontsFromSelectedGroup();
     void clearGroup();
+    void printAllFonts();
+    void printChosenFonts();
+    void printSampleOfChosenFonts();
+    void zipAllFonts();
+    void zipChosenFonts();
     void activatePermanentlySelectedGroup();
     void activateTemporarilySelectedGroup();
     void deactivateSelectedGroup();
@@ -93,6 +100,7 @@ private slots:
     void activateSelectedFontsPermanently();
     void deactivateSelectedFonts();
     void showHelp();
+    void showAboutDialog();
     void updateFileExists();
     void updateActionsState();
     void onFilteringStatusChanged(bool filtering);
@@ -105,6 +113,7 @@ private slots:
     void onAttributeValueChanged(QWidget* slider);
     void setPreviousSimilarFontGroup();
     void setNextSimilarFontGroup();
+    void onUpdateCheckCommandStateChanged(AbstractAsynchronousCommand::State state);
 
 private:
     void setupUi();
@@ -129,12 +138,20 @@ private:
     void changeActivity(const QList<int>& fontIds, kerval::systemfm::ActivityType type);
     void changeGroupActivity(kerval::systemfm::ActivityType type);
     void addFiles(const QStringList& paths);
+    // A file to write, with its suffix; empty when cancelled. The setting remembers it.
+    QString askSaveFileName(KrvUiSettings::SettingId setting, const QString& defaultName, const QString& suffix,
+                            const QString& filter);
+    QString askArchiveName();
+    void printListing(const QString& operation, bool allFonts);
+    void showPrintProgress(const FontSampleJobPtr& job, const QString& title, const QString& text);
+    void startSilentUpdateCheck();
     void showSimilarFonts(SimilarFontsGroup::SimilarityMethod method, const QString& titlePattern);
     void showSimilarGroup(const SimilarGroupHistory::Entry& entry);
     void showGroup(const FontGroupPtr& group, const QString& title);
 
     QSharedPointer<FontManagementService> m_service;
     FontFiltersState m_filters;
+    UpdateCheckCommandPtr m_updateCheck; // the silent one
     SimilarGroupHistory m_history;
     bool m_showsSimilarGroup = false;
     KrvFontsViewModel* m_model;

@@ -55,7 +55,13 @@ void KrvFontManagerWindow::connectActions()
     connectTo(a.groupActivatePermanently, &Window::activatePermanentlySelectedGroup);
     connectTo(a.groupActivateTemporarily, &Window::activateTemporarilySelectedGroup);
     connectTo(a.groupDeactivate, &Window::deactivateSelectedGroup);
+    connectTo(a.listingOfAllFonts, &Window::printAllFonts);
+    connectTo(a.listing, &Window::printChosenFonts);
+    connectTo(a.sampleSheet, &Window::printSampleOfChosenFonts);
+    connectTo(a.exportAllFonts, &Window::zipAllFonts);
+    connectTo(a.exportFonts, &Window::zipChosenFonts);
     connectTo(a.help, &Window::showHelp);
+    connectTo(a.about, &Window::showAboutDialog);
     connect(a.preferences, &QAction::triggered, this, &Window::showPreferences);
     connect(a.checkForUpdates, &QAction::triggered, this, &Window::checkForUpdates);
     connectTo(a.showInFileManager, &Window::locateSelectedFontFile);

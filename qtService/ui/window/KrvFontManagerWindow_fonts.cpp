@@ -1,7 +1,7 @@
 #include "qtService/app/core/WebPaths.h"
 #include "qtService/app/service/FontManagementService.h"
 #include "qtService/management/platform_showfile.h"
-#include "qtService/ui/fonts/FontListHeaderWidget.h"
+#include "qtService/ui/dialogs/FontActivationDialog.h"
 #include "qtService/ui/fonts/KrvFontsView.h"
 #include "qtService/ui/fonts/KrvFontsViewModel.h"
 #include "qtService/ui/sidebar/SideBarWidget.h"
@@ -181,8 +181,9 @@ void KrvFontManagerWindow::changeActivity(const QList<int>& fontIds, ActivityTyp
         if (!confirm(windowTitle(), text))
             return;
     }
-    waitFor(m_service->setFontActivityType(fontIds, type),
-            activating ? tr("Activating fonts...") : tr("Deactivating fonts..."));
+    FontActivationDialog dialog(m_service, fontIds, type,
+                                titled(activating ? tr("Font Activation") : tr("Font Deactivation")), this);
+    dialog.exec();
 }
 
 void KrvFontManagerWindow::activateSelectedFontsTemporarily()
@@ -287,9 +288,4 @@ void KrvFontManagerWindow::updateFileExists()
                              tr("Some of your font files doesn't exist anymore.\nKerval will now find and remove the "
                                 "nonexistent fonts from your library."));
     waitFor(m_service->updateFileExistance(), tr("Finding/Removing nonexistent fonts..."));
-}
-
-void KrvFontManagerWindow::showHelp()
-{
-    QDesktopServices::openUrl(QUrl(krv::web::supportTicketPath()));
 }

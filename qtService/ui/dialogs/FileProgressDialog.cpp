@@ -1,0 +1,67 @@
+#include "qtService/ui/dialogs/FileProgressDialog.h"
+
+#include "qtService/management/platform_showfile.h"
+
+#include <QDialogButtonBox>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+FileProgressDialog::FileProgressDialog(const QString& objectName, const QString& title, const QString& operationText,
+                                       QWidget* parent)
+    : QDialog(parent)
+{
+    setObjectName(objectName);
+    resize(318, 87);
+    m_label = new QLabel(operationText, this);
+    m_label->setObjectName(QStringLiteral("lblOperationName"));
+    m_bar = new QProgressBar(this);
+    m_bar->setObjectName(QStringLiteral("progressBar"));
+    m_bar->setMinimumSize(300, 0);
+    m_bar->setAlignment(Qt::AlignCenter);
+    m_bar->setAccessibleName(operationText);
+    m_buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, Qt::Horizontal, this);
+    m_buttons->setObjectName(QStringLiteral("buttonBox"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setObjectName(QStringLiteral("verticalLayout"));
+    layout->addWidget(m_label);
+    layout->addWidget(m_bar);
+    layout->addWidget(m_buttons);
+    setWindowTitle(title);
+    setWindowModality(Qt::WindowModal);
+    connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    adjustSize();
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setWindowFlag(Qt::MSWindowsFixedSizeDialogHint);
+}
+
+void FileProgressDialog::showProgress(int progressTotal, int progressCurrent)
+{
+    m_bar->setMaximum(progressTotal);
+    m_bar->setValue(progressCurrent);
+}
+
+void FileProgressDialog::replaceCancelByClose()
+{
+    m_buttons->addButton(QDialogButtonBox::Close);
+    m_buttons->removeButton(m_buttons->button(QDialogButtonBox::Cancel));
+}
+
+void FileProgressDialog::offerFile(const QString& filePath)
+{
+    m_bar->setMaximum(qMax(1, m_bar->maximum()));
+    m_bar->setValue(m_bar->maximum());
+    QPushButton* show = m_buttons->addButton(tr("Show in Windows Explorer"), QDialogButtonBox::AcceptRole);
+    show->setObjectName(QStringLiteral("btnShowFile"));
+    connect(show, &QPushButton::clicked, this, [filePath] { krv::platform::showInFileManager(filePath); });
+    replaceCancelByClose();
+}
+
+void FileProgressDialog::showFailure(const QString& text)
+{
+    m_label->setText(text);
+    m_bar->hide();
+    replaceCancelByClose();
+}
