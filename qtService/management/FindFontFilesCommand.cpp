@@ -2,6 +2,7 @@
 
 #include "fontfile/KrvFontFile.h"
 #include "qtService/management/platform_files.h"
+#include "qtService/management/systemfm/FontPlaces.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -47,7 +48,8 @@ void FindFontFilesCommand::operator()()
         return;
     setState(Running);
 
-    for (const QString& folder : kerval::platform::ownFontFolders()) {
+    const auto places = kerval::systemfm::FontPlaces::ofUser();
+    for (const QString& folder : {places.placed, places.sessionLink}) {
         m_ownFolders.append(QDir::cleanPath(folder));
         const QString real = QFileInfo(folder).canonicalFilePath();
         if (!real.isEmpty())

@@ -141,8 +141,13 @@ void FontAdder::addFontsFromPathsPriv(QStringList pathList)
 
 void FontAdder::connectSearch(const QString& jobId, const QSharedPointer<FindFontFilesCommand>& command)
 {
+    // By the state the signal carries: a short search has ended before the news of its start arrives, and what it found
+    // comes between the two.
     connect(command.data(), &FindFontFilesCommand::stateChanged, this,
-            [this, jobId] { onFindFontFilesCommandStateChanged(jobId); });
+            [this, jobId](AbstractAsynchronousCommand::State state) {
+                if (state >= AbstractAsynchronousCommand::Finished)
+                    onFindFontFilesCommandStateChanged(jobId);
+            });
     // What an aborted search found may still be under way to this thread; it is not wanted any more.
     const QWeakPointer<FindFontFilesCommand> search = command;
     const auto isWanted = [search] {
@@ -189,10 +194,8 @@ void FontAdder::onFindFontFilesCommandStateChanged(QString jobId)
     bool isLast = false;
     {
         QWriteLocker locker(&m_lock);
-        const auto command = m_findCommands.value(jobId);
-        if (!command || command->state() < AbstractAsynchronousCommand::Finished)
+        if (m_findCommands.remove(jobId) == 0)
             return;
-        m_findCommands.remove(jobId);
         m_searchDoneOnce = true;
         isLast = m_findCommands.isEmpty();
     }

@@ -1,10 +1,12 @@
 #include "qtService/management/ZipArchive.h"
 
+#include <QDataStream>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStorageInfo>
+#include <QtEndian>
 
 #include <limits>
 #include <minizip/unzip.h>
@@ -66,6 +68,33 @@ uLong unixAttributes(QFile::Permissions permissions)
     const uLong mode = ((bits & 0x7000) >> 6) | ((bits & 0x70) >> 1) | (bits & 0x7);
     constexpr uLong regularFile = 0100000;
     return (regularFile | mode) << 16;
+}
+
+// minizip writes the records that count in 64 bits for large archives only, not for many entries: puts them in front of
+// the end record, which is the last thing in the file.
+bool writeLongEntryCount(const QString& archivePath, quint64 entries)
+{
+    constexpr int endSize = 22;
+    constexpr int locatorSize = 20;
+    QFile file(archivePath);
+    if (!file.open(QIODevice::ReadWrite) || !file.seek(file.size() - endSize - locatorSize))
+        return false;
+    const bool isLarge = file.read(locatorSize).startsWith(QByteArrayLiteral("PK\x06\x07"));
+    const qint64 position = file.pos();
+    const QByteArray end = file.read(endSize);
+    if (isLarge || !end.startsWith(QByteArrayLiteral("PK\x05\x06")))
+        return isLarge;
+    const auto longFrom = [&end](int offset) { return quint64(qFromLittleEndian<quint32>(end.constData() + offset)); };
+
+    QByteArray records;
+    QDataStream stream(&records, QIODevice::WriteOnly);
+    stream.setByteOrder(QDataStream::LittleEndian);
+    constexpr quint16 version = 45;
+    stream << quint32(0x06064b50) << quint64(44) << version << version << quint32(0) << quint32(0) << entries << entries
+           << longFrom(12) << longFrom(16);
+    stream << quint32(0x07064b50) << quint32(0) << quint64(position) << quint32(1);
+    records += end;
+    return file.seek(position) && file.write(records) == records.size() && file.flush();
 }
 
 } // namespace
@@ -155,12 +184,16 @@ bool ZipArchive::close()
     bool closed = true;
     if (m_handle)
         closed = (m_isReading ? unzClose(m_handle) : zipClose(m_handle, nullptr)) == ZIP_OK;
+    constexpr quint64 longCount = 0xffff;
+    if (closed && m_mode == Write && m_writtenEntries >= longCount)
+        closed = writeLongEntryCount(m_archivePath, m_writtenEntries);
     m_handle = nullptr;
     m_mode = Closed;
     m_buffer.reset();
     m_entries.clear();
     m_positions.clear();
     m_contentSize = 0;
+    m_writtenEntries = 0;
     m_roomFor.clear();
     return closed;
 }
@@ -260,5 +293,6 @@ bool ZipArchive::addFile(const QString& filePath, const QString& entryName)
     bool added = true;
     while (added && (read = file.read(m_buffer.get(), bufferSize)) > 0)
         added = zipWriteInFileInZip(m_handle, m_buffer.get(), unsigned(read)) == ZIP_OK;
+    ++m_writtenEntries;
     return zipCloseFileInZip(m_handle) == ZIP_OK && added && read == 0;
 }

@@ -66,5 +66,6 @@ private:
     // Where each entry stands, so that extracting thousands does not search the directory for each.
     QHash<QString, Position> m_positions;
     quint64 m_contentSize = 0; // of all entries, as the archive claims
-    QString m_roomFor;         // the folder that was found to have room for it
+    quint64 m_writtenEntries = 0;
+    QString m_roomFor; // the folder that was found to have room for it
 };

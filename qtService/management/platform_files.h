@@ -14,7 +14,4 @@ FileId fileId(const QString& path);
 // The names in a folder that are no valid text and which no file can therefore be opened by, in a readable spelling.
 QStringList unreadableNames(const QString& folder);
 
-// Folders that hold nothing but our own copies of and links to catalogued fonts, whether they exist or not.
-QStringList ownFontFolders();
-
 } // namespace kerval::platform

@@ -1,8 +1,6 @@
 #include "qtService/management/platform_files.h"
 
-#include <QDir>
 #include <QFile>
-#include <QStandardPaths>
 
 #include <dirent.h>
 #include <sys/stat.h>
@@ -31,19 +29,6 @@ QStringList unreadableNames(const QString& folder)
     }
     ::closedir(directory);
     return names;
-}
-
-QStringList ownFontFolders()
-{
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    const QString runtime = QString::fromLocal8Bit(qgetenv("XDG_RUNTIME_DIR"));
-    QStringList folders;
-    const QStringList fontFolders = {data + QStringLiteral("/fonts"), QDir::homePath() + QStringLiteral("/.fonts")};
-    for (const QString& fonts : fontFolders)
-        folders << fonts + QStringLiteral("/kerval") << fonts + QStringLiteral("/kerval-session");
-    if (!runtime.isEmpty())
-        folders << runtime + QStringLiteral("/kerval/fonts");
-    return folders;
 }
 
 } // namespace kerval::platform

@@ -82,7 +82,9 @@ void FMSLog::log(int type, const QString& text)
         line.replace(QLatin1Char('\n'), QLatin1Char(' ')).replace(QLatin1Char('\r'), QLatin1Char(' '));
         const Entry entry{QDateTime::currentSecsSinceEpoch(), type, line};
 
-        if (type == ScanAborted || type == FontError) {
+        // Within one second the file stays as it is: thousands of faulty fonts must not mean thousands of replaced
+        // files.
+        if ((type == ScanAborted || type == FontError) && m_lastScan != entry.time) {
             m_lastScan = entry.time;
             QSaveFile lastScan(m_folder + QStringLiteral("lastscan"));
             if (lastScan.open(QIODevice::WriteOnly)) {
