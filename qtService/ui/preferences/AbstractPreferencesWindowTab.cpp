@@ -1,0 +1,3 @@
+#include "qtService/ui/preferences/AbstractPreferencesWindowTab.h"
+
+AbstractPreferencesWindowTab::AbstractPreferencesWindowTab(QWidget* parent) : QWidget(parent) {}
