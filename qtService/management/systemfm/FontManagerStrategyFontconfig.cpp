@@ -4,6 +4,7 @@
 #include "qtService/management/systemfm/FontFiles.h"
 #include "qtService/management/systemfm/FontconfigExplainer.h"
 #include "qtService/management/systemfm/ProtectedFonts.h"
+#include "qtService/management/systemfm/RealNames.h"
 #include "qtService/management/systemfm/platform_fontplacement.h"
 
 #include <QDebug>
@@ -95,8 +96,8 @@ QHash<QString, ActivityType> FontManagerStrategyFontconfig::activeByName()
             active.insert(fileName, type);
     };
     for (auto file = m_files.cbegin(); file != m_files.cend(); ++file) {
-        if (*file)
-            add(fontfiles::catalogued(file.key()), PermanentlyActive);
+        if (file->accepted)
+            add(file->name, PermanentlyActive);
     }
     for (auto font = m_placedView.cbegin(); font != m_placedView.cend(); ++font) {
         if (*font)
@@ -125,7 +126,7 @@ QStringList FontManagerStrategyFontconfig::installedFontFiles()
     QSet<QString> names;
     QReadLocker lock(&m_viewLock);
     for (auto file = m_files.cbegin(); file != m_files.cend(); ++file)
-        names.insert(fontfiles::catalogued(file.key()));
+        names.insert(file->name);
     for (const auto* own : {&m_placedView, &m_sessionView}) {
         for (auto font = own->cbegin(); font != own->cend(); ++font)
             names.insert(font.key());
@@ -235,6 +236,7 @@ FontActivityReason FontManagerStrategyFontconfig::activityReason(const QString& 
     m_database.refresh();
     FontconfigExplainer explainer(m_database, m_places);
     explainer.setRejected(m_rules.rejected());
+    explainer.setListed(listedPaths(fileName));
     explainer.setOwnFiles(m_placed.path(fileName), m_sessionFonts.path(fileName));
     explainer.setOwner([this](const QString& path) {
         const QStringList fonts = m_placed.fileNames() + m_sessionFonts.fileNames();
@@ -275,10 +277,20 @@ void FontManagerStrategyFontconfig::reread()
 
 void FontManagerStrategyFontconfig::readAndPublish()
 {
-    FontconfigDatabase::Contents contents = m_database.readAll();
-    if (tidy(contents)) {
-        readTouched();
+    FontconfigDatabase::Contents contents;
+    // Once more when something had to be brought in line.
+    for (int round = 0; round < 2; ++round) {
         contents = m_database.readAll();
+        FoundFiles files = foundFiles(contents);
+        QMultiHash<QString, QString> paths = otherPaths(files);
+        {
+            QWriteLocker lock(&m_viewLock);
+            m_files.swap(files);
+            m_otherPaths.swap(paths);
+        }
+        if (!tidy())
+            break;
+        readTouched();
     }
     m_folders = QSet<QString>(contents.folders.cbegin(), contents.folders.cend());
 
@@ -290,17 +302,8 @@ void FontManagerStrategyFontconfig::readAndPublish()
     const QStringList sessionNames = m_sessionFonts.fileNames();
     for (const QString& name : sessionNames)
         session.insert(name, contents.files.value(m_sessionFonts.path(name)));
-    const QString placedRoot = m_placed.root() + QLatin1Char('/');
-    const QString sessionRoot = m_sessionFonts.root() + QLatin1Char('/');
-    for (auto file = contents.files.begin(); file != contents.files.end();) {
-        if (file.key().startsWith(placedRoot) || file.key().startsWith(sessionRoot))
-            file = contents.files.erase(file);
-        else
-            ++file;
-    }
     {
         QWriteLocker lock(&m_viewLock);
-        m_files.swap(contents.files);
         m_placedView.swap(placed);
         m_sessionView.swap(session);
     }
@@ -313,25 +316,63 @@ void FontManagerStrategyFontconfig::readAndPublish()
     QMetaObject::invokeMethod(m_watch, [this, watched] { m_watch->setFolders(watched); });
 }
 
+FontManagerStrategyFontconfig::FoundFiles
+FontManagerStrategyFontconfig::foundFiles(const FontconfigDatabase::Contents& contents) const
+{
+    RealNames names(m_database.roots());
+    FoundFiles found;
+    const QString placedRoot = m_placed.root() + QLatin1Char('/');
+    const QString sessionRoot = m_sessionFonts.root() + QLatin1Char('/');
+    for (auto file = contents.files.cbegin(); file != contents.files.cend(); ++file) {
+        if (!file.key().startsWith(placedRoot) && !file.key().startsWith(sessionRoot))
+            found.insert(file.key(), Found{names.of(file.key()), *file});
+    }
+    return found;
+}
+
+QMultiHash<QString, QString> FontManagerStrategyFontconfig::otherPaths(const FoundFiles& files)
+{
+    QMultiHash<QString, QString> paths;
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        if (file->name != file.key())
+            paths.insert(file->name, file.key());
+    }
+    return paths;
+}
+
+// Empty for a font that fontconfig does not find by itself.
+QStringList FontManagerStrategyFontconfig::listedPaths(const QString& fileName) const
+{
+    QStringList paths = m_otherPaths.values(fileName);
+    const QString outline = fontfiles::outline(fileName);
+    if (m_files.contains(outline) && !paths.contains(outline))
+        paths.append(outline);
+    return paths;
+}
+
+// True when programs get the font without a file of ours.
+bool FontManagerStrategyFontconfig::isFound(const QString& fileName) const
+{
+    const QStringList paths = listedPaths(fileName);
+    return std::any_of(paths.cbegin(), paths.cend(),
+                       [this](const QString& path) { return m_files.value(path).accepted; });
+}
+
 // Brings our files and links in line with what is there: somebody may have removed one of ours, a crash may have come
 // between two steps, a font may have become one that programs find anyway. True when anything was changed.
-bool FontManagerStrategyFontconfig::tidy(const FontconfigDatabase::Contents& contents)
+bool FontManagerStrategyFontconfig::tidy()
 {
-    const auto isFoundAnyway = [&contents](const QString& fileName) {
-        return contents.files.value(fontfiles::outline(fileName), false);
-    };
     QStringList leaving;
     const QStringList placedNames = m_placed.fileNames();
     for (const QString& name : placedNames) {
-        const QString own = m_placed.path(name);
-        if (isFoundAnyway(name) || (!contents.files.contains(own) && !QFileInfo::exists(own)))
+        if (isFound(name) || !QFileInfo::exists(m_placed.path(name)))
             leaving.append(name);
     }
     m_placed.remove(leaving);
     bool changed = !leaving.isEmpty();
     const QStringList sessionNames = m_sessionFonts.fileNames();
     for (const QString& name : sessionNames) {
-        if (isFoundAnyway(name) || m_placed.contains(name) || !QFileInfo(m_sessionFonts.path(name)).isFile()) {
+        if (isFound(name) || m_placed.contains(name) || !QFileInfo(m_sessionFonts.path(name)).isFile()) {
             m_sessionFonts.remove(name);
             changed = true;
         }

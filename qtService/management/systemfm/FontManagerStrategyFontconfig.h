@@ -69,9 +69,9 @@ private:
         QString fileName;
         ActivityType activityType = Inactive;
         QString outline;      // empty: the file is gone
-        bool visible = false; // fontconfig finds it by itself
-        bool wasRejected = false;
-        bool made = false; // a file or link was made for it
+        QStringList listed;   // the paths under which fontconfig finds it by itself
+        QStringList rejected; // those of them that had a rule of ours
+        bool made = false;    // a file or link was made for it
         bool failed = false;
     };
 
@@ -91,7 +91,8 @@ private:
 
     void start();
     void readAndPublish();
-    bool tidy(const FontconfigDatabase::Contents& contents);
+    bool tidy();
+    QStringList listedPaths(const QString& fileName) const;
     void storeTemporary();
     QHash<QString, ActivityType> activeByName();
 
@@ -109,11 +110,23 @@ private:
     Qt::HANDLE m_batchThread = nullptr;
     QHash<QString, ActivityType> m_batch;
 
+    // A file that fontconfig finds by itself.
+    struct Found
+    {
+        QString name; // of the font it leads to
+        bool accepted = false;
+    };
+    using FoundFiles = QHash<QString, Found>;
+    FoundFiles foundFiles(const FontconfigDatabase::Contents& contents) const;
+    static QMultiHash<QString, QString> otherPaths(const FoundFiles& files);
+    bool isFound(const QString& fileName) const;
+
     // What callers are told; changed in place, so that one switch does not copy fifty thousand entries.
     QReadWriteLock m_viewLock;
-    QHash<QString, bool> m_files;       // files that fontconfig finds by itself; true: programs get them
-    QHash<QString, bool> m_placedView;  // fonts with a file of ours; true: programs get it
-    QHash<QString, bool> m_sessionView; // fonts with a link of ours
+    FoundFiles m_files;
+    QMultiHash<QString, QString> m_otherPaths; // font -> paths it is found under that are not its own
+    QHash<QString, bool> m_placedView;         // fonts with a file of ours; true: programs get it
+    QHash<QString, bool> m_sessionView;        // fonts with a link of ours
 
     QThread m_thread;
     FolderWatch* m_watch = nullptr; // lives in m_thread

@@ -1,6 +1,7 @@
 // How FontManagerStrategyFontconfig carries changes out; the class's contract tells the order of the steps and why.
 #include "qtService/management/systemfm/FontFiles.h"
 #include "qtService/management/systemfm/FontManagerStrategyFontconfig.h"
+#include "qtService/management/systemfm/RealNames.h"
 #include "qtService/management/systemfm/platform_fontplacement.h"
 
 #include <QDebug>
@@ -75,8 +76,11 @@ FontManagerStrategyFontconfig::Change FontManagerStrategyFontconfig::planFor(con
     const QString folder = folderOf(change.outline);
     if (!m_files.contains(change.outline) && m_folders.contains(folder))
         lookIntoFolder(folder);
-    change.visible = m_files.contains(change.outline);
-    change.wasRejected = m_rules.rejected().contains(change.outline);
+    change.listed = listedPaths(fileName);
+    for (const QString& path : qAsConst(change.listed)) {
+        if (m_rules.rejected().contains(path))
+            change.rejected.append(path);
+    }
     return change;
 }
 
@@ -85,9 +89,14 @@ void FontManagerStrategyFontconfig::lookIntoFolder(const QString& folder)
 {
     const QStringList files = m_database.filesIn(folder);
     const QSet<QString> accepted = m_database.accepted({folder});
+    RealNames names(m_database.roots());
     QWriteLocker lock(&m_viewLock);
-    for (const QString& file : files)
-        m_files.insert(file, accepted.contains(file));
+    for (const QString& file : files) {
+        const QString name = names.of(file);
+        m_files.insert(file, Found{name, accepted.contains(file)});
+        if (name != file && !m_otherPaths.contains(name, file))
+            m_otherPaths.insert(name, file);
+    }
 }
 
 bool FontManagerStrategyFontconfig::isSettled(const Change& change) const
@@ -95,31 +104,32 @@ bool FontManagerStrategyFontconfig::isSettled(const Change& change) const
     const QString& name = change.fileName;
     const bool isPlaced = m_placed.contains(name);
     const bool isLinked = m_sessionFonts.contains(name);
-    const bool isFound = change.visible && m_files.value(change.outline);
+    const bool found = isFound(name);
     switch (change.activityType) {
     case PermanentlyActive:
         if (isLinked)
             return false;
-        return change.visible ? isFound && !isPlaced
-                              : m_placedView.value(name) && placement::isCurrent(change.outline, m_placed.path(name));
+        return !change.listed.isEmpty()
+                   ? found && !isPlaced
+                   : m_placedView.value(name) && placement::isCurrent(change.outline, m_placed.path(name));
     case TemporarilyActive:
-        return isLinked && m_sessionView.value(name) && !isPlaced && !isFound;
+        return isLinked && m_sessionView.value(name) && !isPlaced && !found;
     case Inactive:
         break;
     }
-    return !isPlaced && !isLinked && !isFound;
+    return !isPlaced && !isLinked && !found;
 }
 
 void FontManagerStrategyFontconfig::makeFiles(QVector<Change>& changes)
 {
     QStringList joining;
     for (const Change& change : qAsConst(changes)) {
-        if (change.activityType == PermanentlyActive && !change.visible && !m_placed.contains(change.fileName))
+        if (change.activityType == PermanentlyActive && change.listed.isEmpty() && !m_placed.contains(change.fileName))
             joining.append(change.fileName);
     }
     m_placed.note(joining);
     for (Change& change : changes) {
-        if (change.activityType == PermanentlyActive && !change.visible) {
+        if (change.activityType == PermanentlyActive && change.listed.isEmpty()) {
             change.failed = !m_placed.contains(change.fileName) || !m_placed.place(change.fileName);
             change.made = !change.failed;
         } else if (change.activityType == TemporarilyActive && !m_sessionFonts.contains(change.fileName)) {
@@ -136,14 +146,14 @@ void FontManagerStrategyFontconfig::writeRules(QVector<Change>& changes)
     bool needsFolder = false;
     for (Change& change : changes) {
         needsFolder = needsFolder || change.made;
-        if (change.failed || !change.visible)
-            continue;
-        if (change.activityType == PermanentlyActive)
-            m_rules.accept(change.outline);
-        else if (FontconfigRules::canName(change.outline))
-            m_rules.reject(change.outline);
-        else
-            change.failed = true;
+        for (const QString& path : qAsConst(change.listed)) {
+            if (change.activityType == PermanentlyActive)
+                m_rules.accept(path);
+            else if (!change.failed && FontconfigRules::canName(path))
+                m_rules.reject(path);
+            else
+                change.failed = true;
+        }
     }
     if (needsFolder && !m_database.reaches(m_places.userFonts))
         m_rules.setExtraFolder(m_places.userFonts);
@@ -152,8 +162,8 @@ void FontManagerStrategyFontconfig::writeRules(QVector<Change>& changes)
     m_rules.setRejected(before);
     m_rules.setExtraFolder(folderBefore);
     for (Change& change : changes) {
-        const bool wantsRule = change.activityType != PermanentlyActive;
-        if (change.visible && wantsRule != change.wasRejected)
+        const int wanted = change.activityType == PermanentlyActive ? 0 : change.listed.size();
+        if (change.rejected.size() != wanted)
             change.failed = true;
     }
 }
@@ -180,11 +190,11 @@ void FontManagerStrategyFontconfig::confirm(QVector<Change>& changes)
     for (const Change& change : qAsConst(changes)) {
         if (change.failed)
             continue;
-        if (change.visible)
-            folders.insert(folderOf(change.outline));
+        for (const QString& path : change.listed)
+            folders.insert(folderOf(path));
         if (change.activityType == TemporarilyActive)
             own.insert(folderOf(m_sessionFonts.path(change.fileName)));
-        else if (change.activityType == PermanentlyActive && !change.visible)
+        else if (change.activityType == PermanentlyActive && change.listed.isEmpty())
             own.insert(folderOf(m_placed.path(change.fileName)));
     }
     for (const QString& folder : qAsConst(own)) {
@@ -198,16 +208,17 @@ void FontManagerStrategyFontconfig::confirm(QVector<Change>& changes)
 
 bool FontManagerStrategyFontconfig::isAsWished(const Change& change, const QSet<QString>& accepted) const
 {
-    const bool isFound = change.visible && accepted.contains(change.outline);
+    const bool found = std::any_of(change.listed.cbegin(), change.listed.cend(),
+                                   [&accepted](const QString& path) { return accepted.contains(path); });
     switch (change.activityType) {
     case PermanentlyActive:
-        return isFound || (!change.visible && accepted.contains(m_placed.path(change.fileName)));
+        return found || (change.listed.isEmpty() && accepted.contains(m_placed.path(change.fileName)));
     case TemporarilyActive:
-        return !isFound && accepted.contains(m_sessionFonts.path(change.fileName));
+        return !found && accepted.contains(m_sessionFonts.path(change.fileName));
     case Inactive:
         break;
     }
-    return !isFound;
+    return !found;
 }
 
 void FontManagerStrategyFontconfig::undo(QVector<Change>& changes)
@@ -221,10 +232,12 @@ void FontManagerStrategyFontconfig::undo(QVector<Change>& changes)
             unplaced.append(change.fileName);
         else if (change.made)
             m_sessionFonts.remove(change.fileName);
-        if (change.visible && change.wasRejected)
-            m_rules.reject(change.outline);
-        else if (change.visible)
-            m_rules.accept(change.outline);
+        for (const QString& path : change.listed) {
+            if (change.rejected.contains(path))
+                m_rules.reject(path);
+            else
+                m_rules.accept(path);
+        }
     }
     m_placed.remove(unplaced);
     if (m_rules.rejected() != before && !m_rules.save())
@@ -239,7 +252,7 @@ void FontManagerStrategyFontconfig::dropFiles(const QVector<Change>& changes)
             continue;
         if (change.activityType != TemporarilyActive)
             m_sessionFonts.remove(change.fileName);
-        if (change.visible || change.activityType != PermanentlyActive)
+        if (!change.listed.isEmpty() || change.activityType != PermanentlyActive)
             leaving.append(change.fileName);
     }
     m_placed.remove(leaving);
@@ -253,9 +266,9 @@ void FontManagerStrategyFontconfig::publish(const QVector<Change>& changes)
             continue;
         m_placedView.remove(change.fileName);
         m_sessionView.remove(change.fileName);
-        if (change.visible)
-            m_files.insert(change.outline, change.activityType == PermanentlyActive);
-        else if (change.activityType == PermanentlyActive)
+        for (const QString& path : change.listed)
+            m_files[path].accepted = change.activityType == PermanentlyActive;
+        if (change.listed.isEmpty() && change.activityType == PermanentlyActive)
             m_placedView.insert(change.fileName, true);
         if (change.activityType == TemporarilyActive)
             m_sessionView.insert(change.fileName, true);

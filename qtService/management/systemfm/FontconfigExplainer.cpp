@@ -100,13 +100,12 @@ FontActivityReason FontconfigExplainer::explain(const QString& fileName)
     if (!readFont(outline))
         return reason(FontActivityReason::NotReadable, Inactive);
     const FontconfigDatabase::Config config = FontconfigDatabase::loadWithFonts();
-    for (const QString& path : {outline, m_placed, m_linked}) {
+    const QStringList candidates = paths();
+    for (const QString& path : candidates) {
         if (FcPattern* const font = findFont(config.get(), path))
             return active(path, font, config.get());
     }
-    const bool isInstalled = m_database.filesIn(QFileInfo(outline).path()).contains(outline) &&
-                             m_database.reaches(QFileInfo(outline).path());
-    return inactive(outline, isInstalled);
+    return inactive();
 }
 
 FontActivityReason FontconfigExplainer::active(const QString& path, FcPattern* font, FcConfig* config) const
@@ -134,13 +133,26 @@ FontActivityReason FontconfigExplainer::active(const QString& path, FcPattern* f
     return reason(isUsers ? FontActivityReason::InstalledByUser : FontActivityReason::InstalledInSystem, type);
 }
 
-FontActivityReason FontconfigExplainer::inactive(const QString& outline, bool isInstalled)
+// Where programs may find the font: its own paths, then ours.
+QStringList FontconfigExplainer::paths() const
 {
-    if (m_rejected.contains(outline))
-        return reason(FontActivityReason::RejectedByUs, Inactive);
-    const QString ours = m_placed.isEmpty() ? m_linked : m_placed;
-    if (isInstalled || !ours.isEmpty()) {
-        const QString file = m_database.hidingFile(isInstalled ? outline : ours);
+    QStringList paths = m_listed;
+    for (const QString& own : {m_placed, m_linked}) {
+        if (!own.isEmpty())
+            paths.append(own);
+    }
+    return paths;
+}
+
+FontActivityReason FontconfigExplainer::inactive()
+{
+    for (const QString& path : qAsConst(m_listed)) {
+        if (m_rejected.contains(path))
+            return reason(FontActivityReason::RejectedByUs, Inactive);
+    }
+    const QStringList candidates = paths();
+    for (const QString& path : candidates) {
+        const QString file = m_database.hidingFile(path);
         if (!file.isEmpty())
             return reason(FontActivityReason::RejectedByOtherTool, Inactive, file);
         const QStringList broken = m_database.brokenFiles();

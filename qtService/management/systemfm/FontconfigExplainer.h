@@ -26,6 +26,8 @@ public:
     FontconfigExplainer(FontconfigDatabase& database, const FontPlaces& places);
 
     void setRejected(const QSet<QString>& outlines) { m_rejected = outlines; }
+    // The paths under which fontconfig finds the font by itself.
+    void setListed(const QStringList& paths) { m_listed = paths; }
     // Our file and our link for the font that is asked about; empty when there are none.
     void setOwnFiles(const QString& placed, const QString& linked);
     // Gives the font that a file of ours stands for; other files come back as they are.
@@ -35,7 +37,8 @@ public:
 
 private:
     FontActivityReason active(const QString& path, _FcPattern* font, _FcConfig* config) const;
-    FontActivityReason inactive(const QString& outline, bool isInstalled);
+    QStringList paths() const;
+    FontActivityReason inactive();
     FontActivityReason reason(FontActivityReason::Kind kind, ActivityType type, const QString& otherFile = {}) const;
     QString renamingFile(const QString& family, bool atScan, _FcPattern* font) const;
     QString winningDuplicate(const QString& path, _FcPattern* font, _FcConfig* config) const;
@@ -44,6 +47,7 @@ private:
     FontconfigDatabase& m_database;
     FontPlaces m_places;
     QSet<QString> m_rejected;
+    QStringList m_listed;
     QString m_placed;
     QString m_linked;
     std::function<QString(const QString&)> m_owner;
