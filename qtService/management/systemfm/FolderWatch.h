@@ -23,6 +23,7 @@ public:
     ~FolderWatch() override;
 
     // Watches these folders and no others. A folder that is missing is watched for by way of the nearest one above it.
+    // New ones count as changed.
     void setFolders(const QStringList& folders);
     // Behaves as if something had changed now.
     void trigger();

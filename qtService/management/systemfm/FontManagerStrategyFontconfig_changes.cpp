@@ -39,7 +39,6 @@ QHash<QString, int> FontManagerStrategyFontconfig::carryOut(const QHash<QString,
     makeFiles(changes);
     writeRules(changes);
     readTouched();
-    m_database.refresh();
     confirm(changes);
     undo(changes);
     dropFiles(changes);
@@ -157,7 +156,12 @@ void FontManagerStrategyFontconfig::writeRules(QVector<Change>& changes)
     }
     if (needsFolder && !m_database.reaches(m_places.userFonts))
         m_rules.setExtraFolder(m_places.userFonts);
-    if ((m_rules.rejected() == before && m_rules.extraFolder() == folderBefore) || m_rules.save())
+    if (m_rules.rejected() == before && m_rules.extraFolder() == folderBefore)
+        return;
+    const bool stored = m_rules.save();
+    m_database.forget();
+    m_database.refresh();
+    if (stored)
         return;
     m_rules.setRejected(before);
     m_rules.setExtraFolder(folderBefore);
@@ -240,8 +244,12 @@ void FontManagerStrategyFontconfig::undo(QVector<Change>& changes)
         }
     }
     m_placed.remove(unplaced);
-    if (m_rules.rejected() != before && !m_rules.save())
+    if (m_rules.rejected() == before)
+        return;
+    if (!m_rules.save())
         m_rules.load();
+    m_database.forget();
+    m_database.refresh();
 }
 
 void FontManagerStrategyFontconfig::dropFiles(const QVector<Change>& changes)

@@ -1,9 +1,10 @@
 #include "qtService/management/systemfm/FontconfigDatabase.h"
 
+#include "qtService/management/systemfm/XmlText.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QXmlStreamReader>
-#include <QXmlStreamWriter>
 #include <QtConcurrentMap>
 
 #include <fontconfig/fontconfig.h>
@@ -99,7 +100,7 @@ FontconfigDatabase::Config FontconfigDatabase::loadWithFonts()
 
 FontconfigDatabase::Contents FontconfigDatabase::readAll()
 {
-    m_config.reset();
+    forget();
     refresh();
     Contents contents;
     m_whole = loadWithFonts();
@@ -138,6 +139,11 @@ FontconfigDatabase::Contents FontconfigDatabase::readAll()
 bool FontconfigDatabase::isCurrent()
 {
     return m_whole && FcConfigUptoDate(m_whole.get()) == FcTrue;
+}
+
+void FontconfigDatabase::forget()
+{
+    m_config.reset();
 }
 
 void FontconfigDatabase::refresh()
@@ -183,39 +189,40 @@ const FontconfigDatabase::Rules& FontconfigDatabase::rulesOf(const QString& path
     if (!file.open(QIODevice::ReadOnly))
         return rules;
     QXmlStreamReader reader(&file);
-    QXmlStreamWriter writer(&rules.selections);
-    int depth = 0; // within <selectfont>
+    QStringList open; // elements, from <selectfont> down
+    QString text;
     while (!reader.atEnd()) {
         reader.readNext();
-        if (reader.isStartElement() && (depth > 0 || reader.name() == QLatin1String("selectfont")))
-            ++depth;
-        if (depth > 0 && (reader.isStartElement() || reader.isEndElement() || reader.isCharacters()))
-            writer.writeCurrentToken(reader);
-        if (reader.isEndElement() && depth > 0)
-            --depth;
+        if (reader.isStartElement() && (!open.isEmpty() || reader.name() == QLatin1String("selectfont"))) {
+            open.append(reader.name().toString());
+            text += QLatin1Char('<') + open.constLast();
+            const QXmlStreamAttributes attributes = reader.attributes();
+            for (const QXmlStreamAttribute& attribute : attributes)
+                text += QLatin1Char(' ') + attribute.qualifiedName() + QLatin1String("=\"") +
+                        escapedXml(attribute.value().toString()) + QLatin1Char('"');
+            text += QLatin1Char('>');
+        } else if (reader.isCharacters() && !open.isEmpty()) {
+            text += escapedXml(reader.text().toString());
+        } else if (reader.isEndElement() && !open.isEmpty()) {
+            text += QLatin1String("</") + open.takeLast() + QLatin1Char('>');
+        }
     }
     rules.wellFormed = !reader.hasError();
     // What fontconfig read before the fault counts for it, but an element cut short would break ours.
-    while (depth-- > 0)
-        writer.writeEndElement();
+    while (!open.isEmpty())
+        text += QLatin1String("</") + open.takeLast() + QLatin1Char('>');
+    rules.selections = text.toUtf8();
     return rules;
 }
 
 QByteArray FontconfigDatabase::frame(const QByteArray& selections, const QStringList& folders) const
 {
-    QByteArray text;
-    QXmlStreamWriter writer(&text);
-    const auto element = [&writer](const char* name, const QString& content) {
-        writer.writeTextElement(QLatin1String(name), content);
-    };
-    writer.writeStartElement(QStringLiteral("fontconfig"));
+    QString text = QStringLiteral("<?xml version=\"1.0\"?><fontconfig>");
     for (const QString& folder : m_cacheFolders)
-        element("cachedir", folder);
+        text += QLatin1String("<cachedir>") + escapedXml(folder) + QLatin1String("</cachedir>");
     for (const QString& folder : folders)
-        element("dir", folder);
-    writer.writeEndElement();
-    const int end = text.lastIndexOf("</fontconfig>");
-    return "<?xml version=\"1.0\"?>" + text.left(end) + selections + text.mid(end);
+        text += QLatin1String("<dir>") + escapedXml(folder) + QLatin1String("</dir>");
+    return text.toUtf8() + selections + "</fontconfig>";
 }
 
 QSet<QString> FontconfigDatabase::acceptedUnder(const QByteArray& selections, const QStringList& folders) const

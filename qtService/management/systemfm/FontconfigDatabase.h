@@ -34,8 +34,10 @@ public:
     // True when nothing that readAll() read has changed since; seconds are what fontconfig looks at.
     bool isCurrent();
 
-    // Reads the configuration again when any of its files has changed.
+    // Reads the configuration again when any of its files has changed. A file that is new shows by itself only in a
+    // folder that was there: who makes one says so by forget().
     void refresh();
+    void forget();
     // The configured folders, without their subfolders. Call refresh() first, as for everything below.
     QStringList roots() const { return m_roots; }
     QStringList configurationFiles() const;

@@ -2,6 +2,7 @@
 
 #include "qtService/app/core/PathCodec.h"
 #include "qtService/management/systemfm/FontconfigDatabase.h"
+#include "qtService/management/systemfm/XmlText.h"
 
 #include <QCryptographicHash>
 #include <QDateTime>
@@ -41,33 +42,6 @@ bool isIntact(const QByteArray& content)
 bool hasWildcard(const QString& path)
 {
     return path.contains(QLatin1Char('*')) || path.contains(QLatin1Char('?'));
-}
-
-// Line ends are written as references: XML readers turn a bare CR into LF.
-QString escaped(const QString& text)
-{
-    QString result;
-    for (const QChar c : text) {
-        switch (c.unicode()) {
-        case '&':
-            result += QLatin1String("&amp;");
-            break;
-        case '<':
-            result += QLatin1String("&lt;");
-            break;
-        case '>':
-            result += QLatin1String("&gt;");
-            break;
-        case '\n':
-        case '\r':
-        case '\t':
-            result += QStringLiteral("&#%1;").arg(c.unicode());
-            break;
-        default:
-            result += c;
-        }
-    }
-    return result;
 }
 
 QByteArray readWhole(const QString& path)
@@ -154,14 +128,14 @@ QByteArray FontconfigRules::content() const
     std::sort(paths.begin(), paths.end());
     QString body = QStringLiteral("<fontconfig>\n");
     if (!m_extraFolder.isEmpty())
-        body += QLatin1String("  <dir>") + escaped(m_extraFolder) + QLatin1String("</dir>\n");
+        body += QLatin1String("  <dir>") + escapedXml(m_extraFolder) + QLatin1String("</dir>\n");
     body += QLatin1String("  <selectfont>\n    <rejectfont>\n");
     for (const QString& path : qAsConst(paths)) {
         if (hasWildcard(path))
-            body += QLatin1String("      <pattern><patelt name=\"file\"><string>") + escaped(path) +
+            body += QLatin1String("      <pattern><patelt name=\"file\"><string>") + escapedXml(path) +
                     QLatin1String("</string></patelt></pattern>\n");
         else
-            body += QLatin1String("      <glob>") + escaped(path) + QLatin1String("</glob>\n");
+            body += QLatin1String("      <glob>") + escapedXml(path) + QLatin1String("</glob>\n");
     }
     body += QLatin1String("    </rejectfont>\n  </selectfont>\n</fontconfig>\n");
     const QByteArray text = body.toUtf8();

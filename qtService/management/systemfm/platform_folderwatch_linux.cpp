@@ -75,6 +75,8 @@ void FolderWatch::setFolders(const QStringList& folders)
             continue;
         const int watch = ::inotify_add_watch(m_inotify, QFile::encodeName(folder).constData(), eventMask);
         if (watch >= 0) {
+            // Whatever came between the reader's look into the folder and this moment would go unnoticed.
+            trigger();
             m_watches.insert(folder, watch);
             m_paths.insert(watch, folder);
         } else if (errno == ENOSPC || errno == ENOMEM) {

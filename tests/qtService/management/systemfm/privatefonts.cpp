@@ -83,8 +83,8 @@ std::unique_ptr<FontManagerStrategyFontconfig> PrivateFonts::makeStrategy() cons
 
 void PrivateFonts::startNewSession()
 {
-    QDir(m_runtime).removeRecursively();
     m_runtime = path(QStringLiteral("run"));
+    QDir(m_runtime).removeRecursively();
     QDir().mkpath(m_runtime);
 }
 
