@@ -37,7 +37,7 @@ bool containsWord(std::string_view where, std::string_view lowerCaseWord)
 // The class that tells most about a face comes first.
 std::string classNameOf(std::string_view keywords)
 {
-    for (const char* name : {"blackletter", "handwriting", "comic", "typewriter", "headline", "modern", "classic"}) {
+    for (const char* name : {"blackletter", "handwriting", "comic", "headline", "typewriter", "modern", "classic"}) {
         if (containsWord(keywords, name)) {
             return name;
         }

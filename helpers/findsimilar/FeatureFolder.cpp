@@ -16,13 +16,13 @@ constexpr std::size_t kMostFonts = 10 * 1000 * 1000;
 
 } // namespace
 
-FeatureFolder::State FeatureFolder::open(const std::string& folder, std::string_view characters, bool withNames)
+FeatureFolder::State FeatureFolder::open(const std::string& folder, std::string_view characters)
 {
     m_folder = folder;
     const std::string ids = folder + "/" + std::string(featurefolder::idsFile);
     State state = State::Missing;
     for (int attempt = 0; attempt < kMostOpenings; ++attempt) {
-        state = openOnce(characters, withNames);
+        state = openOnce(characters);
         // The writer takes "ids.bin" away before it touches the rest: the same file under the name now means that all
         // of the files opened since belong to it.
         if (!m_ids.identity().empty() && fileIdentity(ids) == m_ids.identity()) {
@@ -32,7 +32,7 @@ FeatureFolder::State FeatureFolder::open(const std::string& folder, std::string_
     return State::Missing;
 }
 
-FeatureFolder::State FeatureFolder::openOnce(std::string_view characters, bool withNames)
+FeatureFolder::State FeatureFolder::openOnce(std::string_view characters)
 {
     m_letters.clear();
     m_characters.clear();
@@ -57,7 +57,7 @@ FeatureFolder::State FeatureFolder::openOnce(std::string_view characters, bool w
             m_characters += character;
         }
     }
-    if (good && withNames) {
+    if (good) {
         good = m_info.open(m_folder + "/" + std::string(featurefolder::infoFile), false);
         readNames({static_cast<const char*>(m_info.data()), m_info.size()});
         if (!openSized(m_scores, featurefolder::scoresFile, 12, false)) {

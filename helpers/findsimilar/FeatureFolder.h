@@ -21,9 +21,9 @@ public:
         Damaged
     };
 
-    // Opens the files of these letters (others are ignored, doubles count once), the face measures and, when asked for,
-    // names and scores. When a new extraction is put in place meanwhile, opens that one.
-    State open(const std::string& folder, std::string_view characters, bool withNames);
+    // Opens the files of these letters (others are ignored, doubles count once) and those of the faces. When a new
+    // extraction is put in place meanwhile, opens that one.
+    State open(const std::string& folder, std::string_view characters);
     // After Damaged: takes "ids.bin" away, if it is still the one that was opened, so that the next request extracts.
     void invalidate() const;
 
@@ -43,7 +43,7 @@ public:
     int hhe(int font) const { return static_cast<const std::int32_t*>(m_hhe.data())[font]; }
     bool isSerif(int font) const { return static_cast<const char*>(m_serif.data())[font] != 0; }
 
-    // Empty for all unless opened with names.
+    // Empty when the set has none.
     std::string_view postScriptName(int font) const { return m_names[static_cast<std::size_t>(font)]; }
     std::string_view className(int font) const { return m_classes[static_cast<std::size_t>(font)]; }
     // The three scores of a font (all, body, headline); null when the set has none.
@@ -53,7 +53,7 @@ public:
     }
 
 private:
-    State openOnce(std::string_view characters, bool withNames);
+    State openOnce(std::string_view characters);
     bool openSized(MappedFile& file, std::string_view name, std::size_t entrySize, bool whole);
     void readNames(std::string_view text);
 

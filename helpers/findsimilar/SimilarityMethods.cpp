@@ -7,13 +7,18 @@ namespace kerval::helpers {
 
 namespace {
 
+// A face of another class is a little further away than its few letters show: the class was judged by all of them.
+constexpr double kOtherClass = 0.1;
+
 std::vector<Match> similarFaces(const FeatureFolder& folder, const SimilarityQuery& query)
 {
     const std::vector<float> distances = FaceComparison(folder).distancesFrom(query.font, query.marked);
+    const std::string_view kind = folder.className(query.font);
     std::vector<Match> matches;
     matches.reserve(distances.size());
-    for (std::size_t font = 0; font < distances.size(); ++font) {
-        matches.push_back({static_cast<int>(font), distances[font]});
+    for (int font = 0; font < folder.count(); ++font) {
+        const double other = folder.className(font) == kind ? 0 : kOtherClass;
+        matches.push_back({font, distances[static_cast<std::size_t>(font)] + other});
     }
     // Equal copies of the face are at 0 as well, and the face itself still comes first. It is at 0 without any letter.
     const auto self = static_cast<std::size_t>(query.font);
@@ -28,11 +33,6 @@ std::vector<Match> similarFaces(const FeatureFolder& folder, const SimilarityQue
 }
 
 } // namespace
-
-bool needsNames(SimilarityMethod method)
-{
-    return method != SimilarityMethod::Similar;
-}
 
 std::vector<Match> findMatches(const FeatureFolder& folder, SimilarityMethod method, const SimilarityQuery& query)
 {

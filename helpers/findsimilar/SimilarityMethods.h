@@ -18,7 +18,4 @@ struct SimilarityQuery
 // The faces of a method, best first. See docs/similarity.md for what each method looks for.
 std::vector<Match> findMatches(const FeatureFolder& folder, SimilarityMethod method, const SimilarityQuery& query);
 
-// Names and scores are read only for the methods that use them.
-bool needsNames(SimilarityMethod method);
-
 } // namespace kerval::helpers

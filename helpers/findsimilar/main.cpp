@@ -40,7 +40,7 @@ std::vector<char> readMarks(const FeatureFolder& folder)
 ExitCode run(const SimilarityOptions& options, std::string& output, std::string& problem)
 {
     FeatureFolder folder;
-    switch (folder.open(options.folder, options.characters, needsNames(options.method))) {
+    switch (folder.open(options.folder, options.characters)) {
     case FeatureFolder::State::Missing:
         problem = "the features folder is not ready";
         return FolderNotReady;

@@ -80,7 +80,7 @@ FaceAnalysis FaceAnalysis::analyse(FT_Face face)
         }
     }
     const FaceMeasures measures = FaceMeasures::of(face, shape);
-    const FaceClass faceClass = FaceClass::of(face, shape, measures);
+    const FaceClass faceClass = FaceClass::of(face, shape, analysis.features);
     const SmartChoiceScores scores = SmartChoiceScores::of(face, shape, measures, faceClass);
     analysis.hwe = measures.hwe;
     analysis.hwi = measures.hwi;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 
 #include FT_OUTLINE_H
 
@@ -12,6 +13,7 @@ namespace {
 constexpr int kMostPoints = 20000;
 constexpr long kFarthest = 12L * FaceRaster::kPixelsPerEm * 64; // in 1/64 pixel from the origin
 constexpr unsigned long kSymbolPage = 0xF000;
+constexpr char kTelling[] = {'a', 'e', 'h', 'n', 'o', 't', 'A', 'E', 'H', 'N', 'O', 'T'};
 
 } // namespace
 
@@ -32,12 +34,32 @@ FaceRaster::FaceRaster(FT_Face face)
         m_usable = FT_Select_Size(face, best) == 0 && size(best) > 0 && size(best) < 64L * 1024;
         m_pixelsPerEm = static_cast<float>(size(best)) / 64;
     }
-    m_unicode = FT_Select_Charmap(face, FT_ENCODING_UNICODE) == 0;
-    if (!m_unicode) {
-        m_symbol = FT_Select_Charmap(face, FT_ENCODING_MS_SYMBOL) == 0;
-        if (!m_symbol && face->num_charmaps > 0) {
-            FT_Set_Charmap(face, face->charmaps[0]);
+    chooseCharmap();
+}
+
+// A Unicode map without any letter, as symbol fonts have it, tells less than what typing letters gives in the font's
+// own encoding.
+void FaceRaster::chooseCharmap()
+{
+    const auto hasLetters = [this] {
+        return std::any_of(std::begin(kTelling), std::end(kTelling),
+                           [this](char letter) { return glyphFor(static_cast<unsigned char>(letter)) != 0; });
+    };
+    const bool unicode = FT_Select_Charmap(m_face, FT_ENCODING_UNICODE) == 0;
+    if (unicode && hasLetters()) {
+        return;
+    }
+    for (const FT_Encoding encoding : {FT_ENCODING_MS_SYMBOL, FT_ENCODING_ADOBE_CUSTOM, FT_ENCODING_NONE}) {
+        m_symbol = encoding == FT_ENCODING_MS_SYMBOL;
+        if (FT_Select_Charmap(m_face, encoding) == 0 && hasLetters()) {
+            return;
         }
+    }
+    m_symbol = false;
+    if (unicode) {
+        FT_Select_Charmap(m_face, FT_ENCODING_UNICODE);
+    } else if (m_face->num_charmaps > 0) {
+        FT_Set_Charmap(m_face, m_face->charmaps[0]);
     }
 }
 

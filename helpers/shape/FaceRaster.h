@@ -25,7 +25,6 @@ public:
 
     // The glyph that typing the character gives: by Unicode, else by the face's symbol or own encoding; 0 when none.
     unsigned glyphFor(unsigned long character) const;
-    bool isUnicode() const { return m_unicode; }
 
     // The coverage stays valid until the next call; the placement's capital height is left alone.
     bool draw(unsigned glyph, GlyphCoverage& coverage, GlyphPlacement& placement);
@@ -33,13 +32,13 @@ public:
     float topOf(unsigned glyph);
 
 private:
+    void chooseCharmap();
     bool load(unsigned glyph);
     bool convert(const FT_Bitmap& bitmap, GlyphCoverage& coverage);
 
     FT_Face m_face;
     float m_pixelsPerEm = 0;
     bool m_usable = false;
-    bool m_unicode = false;
     bool m_symbol = false;
     std::vector<std::uint8_t> m_pixels; // of strikes that are not 8-bit grey
 };

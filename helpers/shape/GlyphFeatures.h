@@ -19,7 +19,13 @@ constexpr int kGlyphValueCount = 61;
 constexpr int kFirstPlacementValue = 56;
 
 // Places of values that others than the distance ask for.
-enum GlyphValue { kAspectValue = 0, kStrokeContrastValue = 3, kSlantValue = 12, kHeightValue = 56 };
+enum GlyphValue
+{
+    kAspectValue = 0,
+    kStrokeContrastValue = 3,
+    kSlantValue = 12,
+    kHeightValue = 56
+};
 
 // What one glyph looks like, see docs/similarity.md for each value. All zero: no glyph, or one without ink; such a
 // letter takes no part in comparisons. Measured glyphs never hold NaN or infinity and have at least one value != 0.

@@ -1,0 +1,27 @@
+#pragma once
+
+namespace krv {
+
+// A small network from the mean looks of a face's letters to the odds of its classes: inputs are centred, scaled and
+// limited to -3..3; one hidden layer of tanh; each output is a logarithm of odds. The numbers come from
+// bench/similarity/train-classes; how good they are on families it never saw is what bench/similarity reports.
+constexpr int kClassInputs = 3 * 61 + 3;
+constexpr int kClassHidden = 24;
+enum ClassOutput
+{
+    kSerifOutput,
+    kScriptOutput,
+    kSymbolOutput,
+    kDisplayOutput,
+    kBlackletterOutput,
+    kClassOutputs
+};
+
+extern const float kClassInputCentres[];
+extern const float kClassInputScales[];
+extern const float kClassHiddenWeights[]; // for each hidden unit its inputs
+extern const float kClassHiddenOffsets[];
+extern const float kClassOutputWeights[]; // for each output its hidden units
+extern const float kClassOutputOffsets[];
+
+} // namespace krv
