@@ -5,8 +5,10 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTemporaryDir>
-#include <QtConcurrent>
 #include <QtTest>
+
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -178,10 +180,8 @@ private slots:
     void servesManyThreads()
     {
         const int groupId = m_database->addGroup(QStringLiteral("shared"), 0);
-        QVector<int> workers(8);
-        std::iota(workers.begin(), workers.end(), 0);
         QAtomicInt failures;
-        QtConcurrent::blockingMap(workers, [&](int worker) {
+        const auto work = [&](int worker) {
             for (int i = 0; i < 20; ++i) {
                 const QStringList fonts{hashOf(worker * 1000 + i), hashOf(worker * 1000 + i + 500)};
                 if (!m_database->setHidden(fonts, true) || !m_database->addFontsToGroup(fonts, groupId) ||
@@ -190,7 +190,12 @@ private slots:
                 if (!m_database->isHidden(fonts.first()) || m_database->groups().isEmpty())
                     ++failures;
             }
-        });
+        };
+        std::vector<std::thread> threads;
+        for (int worker = 0; worker < 8; ++worker)
+            threads.emplace_back(work, worker);
+        for (std::thread& thread : threads)
+            thread.join();
         QCOMPARE(int(failures), 0);
         QCOMPARE(m_database->groupFontHashes({groupId}).size(), 8 * 40);
         reopen();

@@ -6,10 +6,10 @@
 #include "tests/support/testregistry.h"
 
 #include <QRandomGenerator>
-#include <QThread>
 #include <QtTest>
 
 #include <algorithm>
+#include <thread>
 
 using kerval::systemfm::ActivityType;
 using Ids = SystemFontGroupList;
@@ -160,9 +160,7 @@ private:
             work();
             return;
         }
-        const QScopedPointer<QThread> thread(QThread::create(work));
-        thread->start();
-        thread->wait();
+        std::thread(work).join();
     }
 
     void update(const QList<int>& ids, const QStringList& properties,

@@ -11,6 +11,8 @@
 #include <QtConcurrent>
 #include <QtTest>
 
+#include <thread>
+
 using Ids = SystemFontGroupList;
 
 class FontGroupsTest : public QObject
@@ -267,12 +269,7 @@ private slots:
 
 private:
     // Waiting for a run on the pool may carry it out here.
-    static void onAnotherThread(const std::function<void()>& work)
-    {
-        const QScopedPointer<QThread> thread(QThread::create(work));
-        thread->start();
-        thread->wait();
-    }
+    static void onAnotherThread(const std::function<void()>& work) { std::thread(work).join(); }
 
     QList<int> addFonts(int count)
     {
