@@ -9,6 +9,8 @@
 #include FT_TRUETYPE_TABLES_H
 #include FT_TRUETYPE_TAGS_H
 
+#include <cmath>
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -16,9 +18,10 @@ using namespace std::chrono_literals;
 constexpr int maxComposedGlyphs = 1024; // real composites stay below 20
 constexpr int maxDepth = 32;
 constexpr unsigned long maxCompositeBytes = 64 * 1024;
-constexpr qint64 maxCellsOnEdges = 16 * 1024 * 1024; // some 0.1 s; a letter a thousand pixels high crosses 10,000
-constexpr auto allowanceForEachCall = 250us;         // ten times what real glyphs take
-constexpr auto budget = 5s;
+constexpr double cellsOfABand = 512;         // what the rasteriser's pool holds before it splits the picture
+constexpr double maxSegments = 48e6;         // some 0.5 s; ornaments a thousand pixels high need a tenth
+constexpr auto allowanceForEachCall = 250us; // ten times what real glyphs take
+constexpr auto budget = 2s;
 
 bool readTable(FT_Face face, FT_ULong tag, unsigned long offset, uchar* out, unsigned long length)
 {
@@ -70,16 +73,19 @@ bool GlyphWorkLimit::mayRender(const FT_Outline_& outline) const
 {
     if (m_spent >= budget)
         return false;
-    // The length of the control polygon along the axes is about the number of cells the edges can pass through.
-    qint64 cells = 0;
+    // The rasteriser goes through the whole outline again for each band of the picture. The length of the control
+    // polygon along the axes is about the number of cells that the edges pass through, which makes the bands; a curve
+    // is split into straight pieces as the square root of its size.
+    double cells = 0;
+    double pieces = 0;
     for (int i = 1; i < outline.n_points; ++i) {
         const FT_Vector& from = outline.points[i - 1];
         const FT_Vector& to = outline.points[i];
-        cells += (qAbs(qint64(to.x) - from.x) + qAbs(qint64(to.y) - from.y)) >> 6;
-        if (cells > maxCellsOnEdges)
-            return false;
+        const double length = (std::abs(double(to.x) - double(from.x)) + std::abs(double(to.y) - double(from.y))) / 64;
+        cells += length;
+        pieces += 1 + 2 * std::sqrt(length);
     }
-    return true;
+    return pieces * (1 + cells / cellsOfABand) <= maxSegments;
 }
 
 bool GlyphWorkLimit::locateGlyphs(FT_Face face)

@@ -13,8 +13,9 @@ struct InkBounds
     int left = INT_MAX;
     int top = 0;
     int right = INT_MIN;
-    int bottom = INT_MIN; // still this: nothing was covered
+    int bottom = INT_MIN;
 
     void add(int y, int count, const FT_Span* spans);
-    QRect rect() const { return bottom == INT_MIN ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom)); }
+    // Spans without coverage at both ends of every row leave no left or right.
+    QRect rect() const { return left > right ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom)); }
 };

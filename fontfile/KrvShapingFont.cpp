@@ -137,7 +137,9 @@ std::shared_ptr<const KrvShaperData> KrvShapingFont::shapeAnew(const QString& te
     hb_buffer_set_direction(m_buffer, HB_DIRECTION_LTR);
     hb_buffer_set_script(m_buffer, HB_SCRIPT_COMMON);
     hb_buffer_add_utf16(m_buffer, text.utf16(), text.size(), 0, text.size());
-    hb_shape(m_font, m_buffer, nullptr, 0);
+    // Only OpenType: other shapers run programs that the font brings, and leak when these are damaged.
+    static const char* const shapers[] = {"ot", nullptr};
+    hb_shape_full(m_font, m_buffer, nullptr, 0, shapers);
 
     unsigned int count = 0;
     const hb_glyph_info_t* infos = hb_buffer_get_glyph_infos(m_buffer, &count);
