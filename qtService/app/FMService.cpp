@@ -1,17 +1,28 @@
 #include "qtService/app/FMService.h"
 
+#include "qtService/app/FMSControlCenter.h"
+#include "qtService/app/FMSLogViewer.h"
+#include "qtService/app/FMSTrayIcon.h"
 #include "qtService/app/PortProbe.h"
 #include "qtService/app/ServiceResourceHandler.h"
 #include "qtService/app/SessionEndWatch.h"
+#include "qtService/app/core/DebugLog.h"
 #include "qtService/app/core/ErrorCode.h"
 #include "qtService/app/core/SettingsFolders.h"
 #include "qtService/app/core/Version.h"
+#include "qtService/app/core/platform_folders.h"
 #include "qtService/app/platform_process.h"
 #include "qtService/app/service/FontManagementService.h"
+#include "qtService/management/FontAdder.h"
+#include "qtService/ui/dialogs/UpdateCheckDialog.h"
+#include "qtService/ui/messages/FMSPlainTextMessage.h"
+#include "qtService/ui/messages/KrvMessage.h"
+#include "qtService/ui/preferences/PreferencesWindow.h"
 #include "qtService/ui/window/KrvFontManagerWindow.h"
 #include "rest/Server.h"
 #include "rest/http/FMSRequest.h"
 
+#include <QAction>
 #include <QDebug>
 #include <QDir>
 #include <QElapsedTimer>
@@ -47,6 +58,12 @@ void storePort(int port)
     settings.sync();
 }
 
+// Nobody answers a modal box that is drawn nowhere.
+bool hasDisplay()
+{
+    return QGuiApplication::platformName() != QLatin1String("offscreen");
+}
+
 bool isPortTaken(int port)
 {
     return krv::isPortInUse(QHostAddress::LocalHost, port);
@@ -64,6 +81,12 @@ FMService::FMService(int& argc, char** argv)
     qRegisterMetaType<fms::ErrorCode>("fms::ErrorCode");
     qRegisterMetaType<fms::FMSRequest>("fms::FMSRequest");
 
+    setWindowIcon(QIcon(QStringLiteral(":/icon1.png")));
+    m_preferences = std::make_unique<PreferencesWindow>();
+    m_messageLog = std::make_unique<FMSPlainTextMessage>();
+    m_messageLog->setRefreshButtonVisible(true);
+    connect(m_messageLog.get(), &FMSPlainTextMessage::refreshRequested, this, &FMService::showMessageLog);
+
     m_sessionEnd = std::make_unique<SessionEndWatch>();
     connect(m_sessionEnd.get(), &SessionEndWatch::sessionEnding, this, &FMService::onSessionEnding);
     m_userId = QString::fromLatin1(QDir::homePath().toUtf8().toHex());
@@ -76,9 +99,14 @@ FMService::~FMService()
     if (m_fontManagerWindow)
         m_fontManagerWindow->hide();
     m_fontManagerWindow.reset();
+    delete m_scanLogViewer;
     m_server.reset();
+    m_controlCenter.reset();
+    m_trayIcon.reset();
     if (m_state != NotStarted)
         m_log.log(FMSLog::ServiceStopped, QString());
+    m_preferences.reset();
+    m_messageLog.reset();
     m_fontManagementService.reset();
     const QStringList connections = QSqlDatabase::connectionNames();
     for (const QString& name : connections)
@@ -145,6 +173,7 @@ bool FMService::start(int* port, bool startFontManager)
     qDebug() << "M_1_"
              << "FMService::start() starts";
     m_state = Initializing;
+    createTrayIcon();
 
     connect(m_fontManagementService.data(), &FontManagementService::started, this,
             &FMService::onFontManagementServiceStarted);
@@ -158,6 +187,8 @@ bool FMService::checkSettingsFolder()
 {
     const QString folder = krv::userSettingsFolder();
     if (folder.isEmpty()) {
+        KrvMessage::instance()->info(tr("Can't obtain path to the home folder.\nExiting..."), QString(),
+                                     tr("Please check permissions on:\n   \"%1\"").arg(QDir::homePath()), hasDisplay());
         qCritical() << "FMService::start" << __LINE__ << "failed to obtain path to the home folder...Exiting...";
         return false;
     }
@@ -166,9 +197,12 @@ bool FMService::checkSettingsFolder()
     const bool writable = probe.open(QIODevice::WriteOnly) && probe.write("rw") == 2 && probe.flush();
     probe.close();
     probe.remove();
-    if (!writable)
+    if (!writable) {
+        KrvMessage::instance()->info(tr("Can't write to settings folder.\nExiting..."), QString(),
+                                     tr("Please check permissions on:\n   \"%1\"").arg(folder), hasDisplay());
         qCritical() << "FMService::start" << __LINE__ << "failed to write to settings folder (" << folder
                     << ")...Exiting...";
+    }
     return writable;
 }
 
@@ -236,6 +270,8 @@ void FMService::onFontManagementServiceStarted()
         return;
     }
     onInitializeFinished(error);
+    if (error == 0)
+        createControlCenter();
     qDebug() << "M_1_"
              << "FMService::start() ends";
 }
@@ -279,8 +315,117 @@ void FMService::onInitializeFinished(int error)
         fail();
         return;
     }
+    notify(tr("Service is ready"));
+    m_trayIcon->setEnabled(true);
     m_state = Ready;
     emit stateReadyOrInitialized();
+}
+
+void FMService::notify(const QString& text)
+{
+    constexpr int durationMs = 10000;
+    if (m_trayIcon)
+        m_trayIcon->showMessage(text, durationMs, QSystemTrayIcon::Information);
+}
+
+void FMService::createTrayIcon()
+{
+    QString title = QStringLiteral("Kerval ") + versionString();
+    if (krv::platform::isAdministrator())
+        title = tr("Administrator", "On Windows indicates that service is running under admin privileges") +
+                QStringLiteral(": ") + title;
+    m_trayIcon = std::make_unique<FMSTrayIcon>();
+    m_trayIcon->setTitle(title);
+    m_trayIcon->setToolTip(title);
+    notify(tr("Service is initializing..."));
+    m_trayIcon->setEnabled(false);
+}
+
+void FMService::createControlCenter()
+{
+    const auto adder = m_fontManagementService->fontAdder();
+    connect(adder.data(), &FontAdder::fontFileSearchFinished, this, &FMService::onSearchingForFontsFinished);
+    connect(adder.data(), &FontAdder::fontAddingStopped, this, &FMService::onAddingFontsFinished);
+    m_controlCenter = std::make_unique<FMSControlCenter>(adder, m_fontManagementService->repository());
+    connect(m_controlCenter.get(), &FMSControlCenter::rescanRequested, m_fontManagementService.data(),
+            &FontManagementService::rescanFonts);
+    connect(m_controlCenter.get(), &FMSControlCenter::scanLogRequested, this, &FMService::displayLog);
+
+    // Queued, so that the menu has closed before anything opens.
+    const auto connectAction = [this](int id, auto* receiver, auto slot, Qt::ConnectionType type) {
+        connect(m_trayIcon->action(id), &QAction::triggered, receiver, slot, type);
+    };
+    connectAction(FMSTrayIcon::QuitAction, this, &QCoreApplication::quit, Qt::QueuedConnection);
+    connectAction(FMSTrayIcon::ControlCenterAction, m_controlCenter.get(), &FMSControlCenter::showAndRaise,
+                  Qt::QueuedConnection);
+    connectAction(FMSTrayIcon::LogAction, this, &FMService::displayLog, Qt::QueuedConnection);
+    connectAction(FMSTrayIcon::PreferencesAction, m_preferences.get(), &PreferencesWindow::show, Qt::QueuedConnection);
+    connectAction(FMSTrayIcon::CheckForUpdatesAction, this, &FMService::onCheckForUpdateRequestedFromTrayMenu,
+                  Qt::QueuedConnection);
+    connectAction(FMSTrayIcon::FontManagerAction, this, &FMService::onShowFontManagerTriggered, Qt::DirectConnection);
+    connect(m_trayIcon.get(), &FMSTrayIcon::messageClicked, this, &FMService::onNotificationClicked);
+}
+
+void FMService::displayLog()
+{
+    if (!m_scanLogViewer) {
+        m_scanLogViewer = new FMSLogViewer;
+        connect(m_scanLogViewer, &FMSLogViewer::closed, this, &FMService::onScanLogClosed);
+    }
+    m_scanLogViewer->show();
+    m_scanLogViewer->raise();
+    m_scanLogViewer->activateWindow();
+}
+
+void FMService::onScanLogClosed()
+{
+    m_scanLogViewer->deleteLater();
+    m_scanLogViewer = nullptr;
+}
+
+void FMService::showMessageLog()
+{
+    const QString indent = QStringLiteral("    ");
+    m_messageLog->setWindowTitle(tr("Kerval Log", "Window title"));
+    m_messageLog->clear();
+    const QList<krv::debuglog::UserLine> lines = krv::debuglog::userLines();
+    for (const krv::debuglog::UserLine& line : lines) {
+        QString text = line.text;
+        text.replace(QLatin1Char('\n'), QLatin1Char('\n') + indent);
+        m_messageLog->append(line.time.toString(Qt::TextDate));
+        m_messageLog->append(indent + text);
+    }
+    m_messageLog->show();
+    m_messageLog->raise();
+}
+
+void FMService::onCheckForUpdateRequestedFromTrayMenu()
+{
+    UpdateCheckDialog dialog(m_fontManagementService->createUpdateCheckCommand(), nullptr);
+    dialog.exec();
+}
+
+void FMService::onNotificationClicked()
+{
+    if (m_fontManagerWindow)
+        onShowFontManagerTriggered();
+}
+
+void FMService::onSearchingForFontsFinished()
+{
+    const auto adder = m_fontManagementService->fontAdder();
+    // The run that a search starts begins a moment after the search's end is announced; what it will do is counted by
+    // then.
+    if (!adder || adder->isAdding() || adder->numberOfFonts() > 0)
+        return;
+    notify(tr("Scan finished..."));
+    KrvMessage::instance()->showPredefined(KrvMessage::FontsAlreadyProcessed, true, false);
+}
+
+void FMService::onAddingFontsFinished()
+{
+    notify(tr("Scan finished..."));
+    KrvMessage::instance()->showPredefined(KrvMessage::FontsProcessed, true, false);
 }
 
 void FMService::onShowFontManagerTriggered()
@@ -288,8 +433,14 @@ void FMService::onShowFontManagerTriggered()
     // A service that is going down must not open a window over a library that is closing.
     if (!m_server)
         return;
-    if (!m_fontManagerWindow)
+    if (!m_fontManagerWindow) {
         m_fontManagerWindow = QSharedPointer<KrvFontManagerWindow>::create(m_fontManagementService);
+        connect(m_fontManagerWindow.data(), &KrvFontManagerWindow::scanLogRequested, this, &FMService::displayLog);
+        connect(m_fontManagerWindow.data(), &KrvFontManagerWindow::showPreferences, m_preferences.get(),
+                &PreferencesWindow::show);
+        connect(m_fontManagerWindow.data(), &KrvFontManagerWindow::checkForUpdates, this,
+                &FMService::onCheckForUpdateRequestedFromTrayMenu);
+    }
     m_fontManagerWindow->show();
 }
 

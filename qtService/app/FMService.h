@@ -10,6 +10,11 @@
 
 class FontManagementService;
 class KrvFontManagerWindow;
+class FMSControlCenter;
+class FMSLogViewer;
+class FMSPlainTextMessage;
+class FMSTrayIcon;
+class PreferencesWindow;
 class QLockFile;
 class SessionEndWatch;
 
@@ -64,6 +69,13 @@ signals:
 
 private slots:
     void onInitializeFinished(int error);
+    void displayLog();
+    void onScanLogClosed();
+    void onCheckForUpdateRequestedFromTrayMenu();
+    void onNotificationClicked();
+    void onSearchingForFontsFinished();
+    void onAddingFontsFinished();
+    void showMessageLog();
     void onFontManagementServiceStarted();
     void onSessionEnding();
 
@@ -72,6 +84,9 @@ private:
     bool acquireInstanceLock(int* runningPort);
     int choosePort(int* runningPort);
     bool listen();
+    void createTrayIcon();
+    void createControlCenter();
+    void notify(const QString& text);
     void fail();
 
     QString m_userId;
@@ -79,6 +94,11 @@ private:
     int m_otherInstancePort = 0;
     FMSLog m_log;
     FMSSettings m_settings;
+    std::unique_ptr<PreferencesWindow> m_preferences;
+    std::unique_ptr<FMSPlainTextMessage> m_messageLog;
+    std::unique_ptr<FMSTrayIcon> m_trayIcon;
+    std::unique_ptr<FMSControlCenter> m_controlCenter;
+    FMSLogViewer* m_scanLogViewer = nullptr; // made on demand, gone when closed
     std::unique_ptr<QLockFile> m_instanceLock;
     std::unique_ptr<SessionEndWatch> m_sessionEnd;
     QSharedPointer<FontManagementService> m_fontManagementService;

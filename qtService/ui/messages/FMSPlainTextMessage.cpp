@@ -6,7 +6,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-FMSPlainTextMessage::FMSPlainTextMessage(QWidget* parent) : QWidget(parent)
+FMSPlainTextMessage::FMSPlainTextMessage(QWidget* parent)
+    : QWidget(parent)
 {
     setObjectName(QStringLiteral("FMSPlainTextMessage"));
     setWindowTitle(tr("Form"));

@@ -25,7 +25,10 @@ QString settingsFile()
 
 } // namespace
 
-KrvMessage::KrvMessage(QObject* parent) : QObject(parent) {}
+KrvMessage::KrvMessage(QObject* parent)
+    : QObject(parent)
+{
+}
 
 QMessageBox* KrvMessage::createBox(QMessageBox::Icon icon, const QString& text, const QString& title)
 {
@@ -74,6 +77,13 @@ void KrvMessage::showPredefined(int messageId, bool withCheckBox, bool force, co
 {
     if (!force && !isShown(messageId))
         return;
+    // One box says it; a second of the same would only lie over the first.
+    for (auto open = m_openBoxes.cbegin(); open != m_openBoxes.cend(); ++open) {
+        if (open->messageId == messageId && messageId != UnknownMessage) {
+            qobject_cast<QMessageBox*>(open.key())->raise();
+            return;
+        }
+    }
     QMessageBox* box = createBox(QMessageBox::Information, predefinedText(messageId), title);
     OpenBox& open = m_openBoxes[box];
     open.messageId = messageId;

@@ -10,7 +10,8 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
-AbstractPreferencesWindow::AbstractPreferencesWindow(QWidget* parent) : QDialog(parent)
+AbstractPreferencesWindow::AbstractPreferencesWindow(QWidget* parent)
+    : QDialog(parent)
 {
     setObjectName(QStringLiteral("AbstractPreferencesWindow"));
     setWindowTitle(tr("Preferences"));

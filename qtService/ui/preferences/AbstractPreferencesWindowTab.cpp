@@ -1,3 +1,6 @@
 #include "qtService/ui/preferences/AbstractPreferencesWindowTab.h"
 
-AbstractPreferencesWindowTab::AbstractPreferencesWindowTab(QWidget* parent) : QWidget(parent) {}
+AbstractPreferencesWindowTab::AbstractPreferencesWindowTab(QWidget* parent)
+    : QWidget(parent)
+{
+}

@@ -33,7 +33,8 @@ void select(QComboBox* box, KrvUiSettings::SettingId id)
 
 } // namespace
 
-FMSScanPathSettings::FMSScanPathSettings(QWidget* parent) : AbstractPreferencesWindowTab(parent)
+FMSScanPathSettings::FMSScanPathSettings(QWidget* parent)
+    : AbstractPreferencesWindowTab(parent)
 {
     setupUi();
     m_sortBy->addItem(tr("Creation date"), int(SideBarModel::GroupIdRole));

@@ -6,7 +6,8 @@
 #include <QListWidget>
 #include <QVBoxLayout>
 
-KrvMessageSettingsUI::KrvMessageSettingsUI(QWidget* parent) : AbstractPreferencesWindowTab(parent)
+KrvMessageSettingsUI::KrvMessageSettingsUI(QWidget* parent)
+    : AbstractPreferencesWindowTab(parent)
 {
     setObjectName(QStringLiteral("KrvMessageSettingsUI"));
     setWindowTitle(tr("Form"));

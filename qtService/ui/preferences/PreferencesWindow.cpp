@@ -4,7 +4,8 @@
 #include "qtService/ui/preferences/KrvMessageSettingsUI.h"
 #include "qtService/ui/window/WindowIcons.h"
 
-PreferencesWindow::PreferencesWindow(QWidget* parent) : AbstractPreferencesWindow(parent)
+PreferencesWindow::PreferencesWindow(QWidget* parent)
+    : AbstractPreferencesWindow(parent)
 {
     setObjectName(QStringLiteral("PreferencesWindow"));
     addTab(ui::icon(QStringLiteral(":/new_icons/settings")), tr("General"), new FMSScanPathSettings(this));

@@ -5,6 +5,8 @@
 #include "qtService/management/FontAdder.h"
 #include "qtService/management/UserFontGroupList.h"
 #include "qtService/ui/dialogs/AsynchronousCommandWaitIndicatorDialog.h"
+#include "qtService/ui/dialogs/FontAdderDialog.h"
+#include "qtService/ui/dialogs/FontAdderStatusWidget.h"
 #include "qtService/ui/filter/FilterButtonsWidget.h"
 #include "qtService/ui/filter/KrvAttributeSliderWidget.h"
 #include "qtService/ui/filter/KrvAttributesWidget.h"
@@ -19,6 +21,8 @@
 #include "qtService/ui/window/WindowActions.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QDebug>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
@@ -107,10 +111,10 @@ void KrvFontManagerWindow::setupUi()
 
     auto* listPane = new QWidget(m_listToolsSplitter);
     listPane->setObjectName(QStringLiteral("layoutWidget"));
-    auto* listLayout = new QVBoxLayout(listPane);
-    listLayout->setObjectName(QStringLiteral("verticalLayout"));
-    listLayout->setContentsMargins(0, 0, 0, 0);
-    listLayout->setSpacing(0);
+    m_listLayout = new QVBoxLayout(listPane);
+    m_listLayout->setObjectName(QStringLiteral("verticalLayout"));
+    m_listLayout->setContentsMargins(0, 0, 0, 0);
+    m_listLayout->setSpacing(0);
     m_header = new FontListHeaderWidget(listPane);
     m_header->setObjectName(QStringLiteral("fontListHeader"));
     m_header->setAcceptDrops(true);
@@ -132,9 +136,9 @@ void KrvFontManagerWindow::setupUi()
     m_view->header()->setStretchLastSection(true);
     m_filterButtons = new FilterButtonsWidget(listPane);
     m_filterButtons->setObjectName(QStringLiteral("filterButtonsWidget"));
-    listLayout->addWidget(m_header);
-    listLayout->addWidget(m_view, 1);
-    listLayout->addWidget(m_filterButtons);
+    m_listLayout->addWidget(m_header);
+    m_listLayout->addWidget(m_view, 1);
+    m_listLayout->addWidget(m_filterButtons);
 
     // Lies over the list while it shows nothing, and says why.
     m_emptyHint = new QLabel(m_view);
@@ -338,12 +342,47 @@ void KrvFontManagerWindow::onFontManagementServiceStarted()
             &KrvFontManagerWindow::onFoundriesChanged);
     connect(m_service->repository().data(), &FontCollectionInterface::fontCountChanged, this,
             &KrvFontManagerWindow::updateActionsState);
+    connect(m_service->fontAdder().data(), &FontAdder::stateChanged, this,
+            &KrvFontManagerWindow::onFontAdderStateChanged);
+    m_listLayout->insertWidget(1, new FontAdderStatusWidget(m_service->fontAdder(), m_listLayout->parentWidget()));
     onFoundriesChanged();
     m_sideBar->selectGroup(SystemFontGroupList::AllFonts);
     if (!m_service->repository()->hasFonts())
         QMetaObject::invokeMethod(m_service.data(), &FontManagementService::rescanFonts, Qt::QueuedConnection);
     updateActionsState();
     startSilentUpdateCheck();
+}
+
+// The dialog follows a run from its beginning; a paused run that waits from the last start has its strip only.
+void KrvFontManagerWindow::onFontAdderStateChanged()
+{
+    const auto adder = m_service->fontAdder();
+    if (!adder)
+        return;
+    const bool idle = !adder->isAdding() && !adder->isSearching();
+    const bool running = !idle && !adder->isPaused();
+    if (idle)
+        m_adderDialogDismissed = false;
+    if (running && !m_adderDialog && !m_adderDialogDismissed && isVisible() && !QApplication::activeModalWidget()) {
+        qDebug() << "M_3_"
+                 << "KrvFontManagerWindow::onFontAdderStateChanged"
+                 << "exec";
+        m_adderDialog = new FontAdderDialog(adder, m_service->repository(), this);
+        m_adderDialog->setAttribute(Qt::WA_DeleteOnClose);
+        m_adderDialog->setWindowTitle(titled(tr("Font Scanner")));
+        connect(m_adderDialog.data(), &FontAdderDialog::scanLogRequested, this,
+                &KrvFontManagerWindow::scanLogRequested);
+        // Closed by the user it stays closed for this run; the strip above the list goes on.
+        connect(m_adderDialog.data(), &QDialog::rejected, this, [this] { m_adderDialogDismissed = true; });
+        m_adderDialog->open();
+    } else if (idle && m_adderDialog) {
+        qDebug() << "M_3_"
+                 << "KrvFontManagerWindow::onFontAdderStateChanged"
+                 << "accept";
+        m_adderDialog->accept();
+        m_adderDialog.clear(); // it goes later; the next run gets one of its own
+    }
+    updateEmptyHint();
 }
 
 void KrvFontManagerWindow::onFoundriesChanged()
@@ -415,20 +454,25 @@ void KrvFontManagerWindow::onFilteringStatusChanged(bool filtering)
         m_emptyHint->hide();
         return;
     }
-    if (m_model->rowCount() == 0) {
-        const bool adding =
-            isStarted() && (m_service->fontAdder()->isAdding() || m_service->fontAdder()->isSearching());
-        if (!m_filters.isCleared())
-            m_emptyHint->setText(tr("No font of this group matches the filters."));
-        else if (isStarted() && !m_service->repository()->hasFonts())
-            m_emptyHint->setText(adding
-                                     ? tr("Looking for fonts. They appear here as they are read...")
-                                     : tr("The library is empty. Drop fonts or folders here, or rescan the system."));
-        else
-            m_emptyHint->setText(tr("This group holds no fonts."));
-    }
-    m_emptyHint->setVisible(m_model->rowCount() == 0);
+    updateEmptyHint();
     updateActionsState();
+}
+
+void KrvFontManagerWindow::updateEmptyHint()
+{
+    const bool empty = isStarted() && m_model->rowCount() == 0 && !m_model->isFiltering();
+    if (empty) {
+        const auto adder = m_service->fontAdder();
+        if (!m_filters.isCleared() && m_service->repository()->hasFonts())
+            m_emptyHint->setText(tr("No font of this group matches the filters."));
+        else if (m_service->repository()->hasFonts())
+            m_emptyHint->setText(tr("This group holds no fonts."));
+        else if (adder->isAdding() || adder->isSearching())
+            m_emptyHint->setText(tr("Looking for fonts. They appear here as they are read..."));
+        else
+            m_emptyHint->setText(tr("The library is empty. Drop fonts or folders here, or rescan the system."));
+    }
+    m_emptyHint->setVisible(empty);
 }
 
 void KrvFontManagerWindow::onFilterButtonToggled(int buttonId, bool checked)

@@ -10,11 +10,13 @@
 #include "updates/UpdateCheckCommand.h"
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QSharedPointer>
 
 #include <functional>
 
 class FilterButtonsWidget;
+class FontAdderDialog;
 class FontListHeaderWidget;
 class FontManagementService;
 class KrvAttributesWidget;
@@ -27,6 +29,7 @@ class QLabel;
 class QRegExpValidator;
 class QSplitter;
 class QStackedWidget;
+class QVBoxLayout;
 class SideBarWidget;
 class WindowActions;
 
@@ -113,6 +116,7 @@ private slots:
     void onAttributeValueChanged(QWidget* slider);
     void setPreviousSimilarFontGroup();
     void setNextSimilarFontGroup();
+    void onFontAdderStateChanged();
     void onUpdateCheckCommandStateChanged(AbstractAsynchronousCommand::State state);
 
 private:
@@ -125,6 +129,8 @@ private:
     void saveSettings();
     void restoreFilters();
     void applyStyle();
+    // Says over an empty list why it is empty.
+    void updateEmptyHint();
 
     bool isStarted() const;
     QList<int> selectedFontIds() const;
@@ -170,4 +176,7 @@ private:
     KrvPreviewTextSettingsWidget* m_previewSettings;
     KrvFontsModelSearchBox* m_search;
     QLabel* m_emptyHint;
+    QVBoxLayout* m_listLayout;
+    QPointer<FontAdderDialog> m_adderDialog;
+    bool m_adderDialogDismissed = false;
 };

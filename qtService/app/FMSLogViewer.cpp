@@ -1,0 +1,64 @@
+#include "qtService/app/FMSLogViewer.h"
+
+#include "qtService/app/core/FMSLogModel.h"
+
+#include <QCloseEvent>
+#include <QHeaderView>
+#include <QIcon>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTableView>
+#include <QVBoxLayout>
+
+FMSLogViewer::FMSLogViewer(QWidget* parent)
+    : QWidget(parent)
+    , m_model(new FMSLogModel(this))
+{
+    setObjectName(QStringLiteral("FMSLogViewer"));
+    setWindowTitle(tr("Kerval Log"));
+    setWindowIcon(QIcon(QStringLiteral(":/icon1.png")));
+    m_view = new QTableView(this);
+    m_view->setObjectName(QStringLiteral("tv_log"));
+    m_view->setAccessibleName(tr("Kerval Log"));
+    m_view->setModel(m_model);
+    m_view->verticalHeader()->hide();
+    m_view->verticalHeader()->setDefaultSectionSize(m_view->fontMetrics().height() + 6);
+    m_view->horizontalHeader()->setStretchLastSection(true);
+    m_view->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_view->setAlternatingRowColors(true);
+    m_view->setShowGrid(false);
+    m_view->setTabKeyNavigation(false);
+    auto* close = new QPushButton(tr("Close"), this);
+    close->setObjectName(QStringLiteral("btn_close"));
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(m_view, 1);
+    layout->addWidget(close, 0, Qt::AlignRight);
+    resize(820, 520);
+    connect(close, &QPushButton::clicked, this, &QWidget::close);
+    connect(m_model, &QAbstractItemModel::layoutChanged, this, &FMSLogViewer::onLogChanged);
+    adjustColumns();
+    m_view->scrollToBottom();
+}
+
+void FMSLogViewer::closeEvent(QCloseEvent* event)
+{
+    QWidget::closeEvent(event);
+    emit closed();
+}
+
+void FMSLogViewer::adjustColumns()
+{
+    // The view measures the rows it shows, not the thousands of a long log.
+    m_view->horizontalHeader()->setResizeContentsPrecision(50);
+    m_view->resizeColumnToContents(FMSLogModel::TimeColumn);
+    m_view->resizeColumnToContents(FMSLogModel::TypeColumn);
+}
+
+void FMSLogViewer::onLogChanged()
+{
+    const QScrollBar* bar = m_view->verticalScrollBar();
+    const bool atEnd = bar->value() >= bar->maximum() - bar->singleStep();
+    adjustColumns();
+    if (atEnd)
+        m_view->scrollToBottom();
+}

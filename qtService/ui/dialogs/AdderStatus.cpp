@@ -1,0 +1,87 @@
+#include "qtService/ui/dialogs/AdderStatus.h"
+
+#include "qtService/app/core/FMSLog.h"
+#include "qtService/management/FontAdder.h"
+#include "qtService/ui/messages/FMSPlainTextMessage.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QLocale>
+#include <QProgressBar>
+
+namespace ui {
+
+namespace {
+
+QString text(const char* source, const char* comment = nullptr)
+{
+    return QCoreApplication::translate("FMSControlCenter", source, comment);
+}
+
+} // namespace
+
+QString adderStatusText(const FontAdder& adder)
+{
+    if (adder.isPausing())
+        return text("Pausing scan...", "Scanner is paused processing fonts");
+    if (adder.isStopping())
+        return text("Finishing scan...", "Scanner is finishing processing fonts");
+    const bool busy = adder.isAdding() || adder.isPaused() || adder.isSearching();
+    if (!busy)
+        return QString();
+    QString status = text("Processed fonts", "Example - Processed fonts: 10 of 20") + QStringLiteral(": %1 of %2");
+    status = status.arg(adder.numberOfAddedFonts()).arg(adder.numberOfFonts());
+    QStringList suffix;
+    if (adder.isPaused())
+        suffix.append(text("paused", "Appended to progress text when scan is paused"));
+    if (adder.isSearching())
+        suffix.append(text("scanning", "Appended to progress text when scanner is scanning system for new fonts"));
+    if (!suffix.isEmpty())
+        status += QStringLiteral(" (%1)").arg(suffix.join(QLatin1Char(' ')));
+    return status;
+}
+
+QString lastScanText()
+{
+    const qint64 time = FMSLog::instance() ? FMSLog::instance()->lastScanTime() : 0;
+    if (time <= 0)
+        return QString();
+    return QStringLiteral("Last scan: ") +
+           QLocale::system().toString(QDateTime::fromSecsSinceEpoch(time), QLocale::ShortFormat);
+}
+
+void showAdderProgress(QProgressBar* bar, const FontAdder& adder)
+{
+    if (adder.isPausing() || adder.isStopping()) {
+        bar->setRange(0, 0);
+    } else if (adder.isAdding()) {
+        bar->setRange(0, qMax(1, adder.numberOfFonts()));
+        bar->setValue(adder.numberOfAddedFonts());
+    } else {
+        bar->setRange(0, 1);
+        bar->setValue(0);
+    }
+}
+
+QString warningsText(int count)
+{
+    return QString::number(count) + QStringLiteral(" warning") + (count == 1 ? QString() : QStringLiteral("s"));
+}
+
+void showAdderWarnings(FMSPlainTextMessage* window, const FontAdder& adder)
+{
+    const QHash<QString, int> failed = adder.failedFontFiles();
+    QStringList files = failed.keys();
+    files.sort();
+    window->clear();
+    window->append(text("Following files are not processed:"));
+    for (const QString& file : qAsConst(files))
+        window->append(
+            QStringLiteral("  %1\n    %2: %3")
+                .arg(QDir::toNativeSeparators(file), text("Reason"), FontAdder::failureText(failed.value(file))));
+    window->show();
+    window->raise();
+}
+
+} // namespace ui

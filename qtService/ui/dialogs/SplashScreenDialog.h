@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QDialog>
+
+// The logo and the version while the library opens.
+class SplashScreenDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit SplashScreenDialog(QWidget* parent = nullptr);
+};
