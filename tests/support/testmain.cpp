@@ -71,6 +71,15 @@ void allowFrameworkWarning(const QString& part)
 
 } // namespace kerval::testing
 
+#ifdef __SANITIZE_ADDRESS__
+// The platform plugin that the tests run on never frees its screen.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions()
+{
+    return "leak:libqoffscreen\n";
+}
+#endif
+
 // Usage: test_x [TestClass ...] [QtTest options]. The user's own folders are never touched: the program gets a
 // temporary home before the application object exists.
 int main(int argc, char** argv)
