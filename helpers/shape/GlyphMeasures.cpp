@@ -197,34 +197,47 @@ void measureEdges(const GlyphInk& ink, GlyphMeasures& measures)
     float slantWeight = 0;
     std::array<float, 2> sixth{};
     float moments[ChannelCount][3][3] = {};
+    const int corners = ink.columns() + 1;
+    std::vector<float> buffer(static_cast<std::size_t>(corners) * 3);
+    float* __restrict const gradientX = buffer.data();
+    float* __restrict const gradientY = gradientX + corners;
+    float* __restrict const squares = gradientY + corners;
     for (int y = -1; y < ink.rows(); ++y) {
         const float* upper = ink.row(y);
         const float* lower = ink.row(y + 1);
-        float rowMoments[ChannelCount][3] = {};
-        for (int x = -1; x < ink.columns(); ++x) {
-            const float falling = lower[x + 1] - upper[x];
-            const float rising = upper[x + 1] - lower[x];
-            const float gx = 0.5F * (falling + rising);
-            const float gy = 0.5F * (falling - rising);
-            const float square = gx * gx + gy * gy;
+        float rowMoments[3][ChannelCount] = {};
+        // Most pixels have no edge: what finds them out is a loop of its own, which compilers run several pixels at a
+        // time.
+        for (int i = 0; i < corners; ++i) {
+            const float falling = lower[i] - upper[i - 1];
+            const float rising = upper[i] - lower[i - 1];
+            gradientX[i] = 0.5F * (falling + rising);
+            gradientY[i] = 0.5F * (falling - rising);
+            squares[i] = gradientX[i] * gradientX[i] + gradientY[i] * gradientY[i];
+        }
+        for (int i = 0; i < corners; ++i) {
+            const float square = squares[i];
             if (square < 1e-4F) {
                 continue;
             }
+            const float gx = gradientX[i];
+            const float gy = gradientY[i];
             const float strength = std::sqrt(square);
             perimeter += strength;
-            const float cos2 = (gx * gx - gy * gy) / square;
-            const float sin2 = 2 * gx * gy / square;
+            const float inverse = 1 / square;
+            const float cos2 = (gx * gx - gy * gy) * inverse;
+            const float sin2 = 2 * gx * gy * inverse;
             const float cos4 = cos2 * cos2 - sin2 * sin2;
             const float sin4 = 2 * cos2 * sin2;
             sixth[0] += strength * (cos4 * cos2 - sin4 * sin2);
             sixth[1] += strength * (sin4 * cos2 + cos4 * sin2);
-            const std::array<float, 3>& waves = across[static_cast<std::size_t>(x + 1)];
+            const std::array<float, 3>& waves = across[static_cast<std::size_t>(i)];
+            const float harmonics[ChannelCount] = {cos2, sin2, cos4, sin4};
             for (int u = 0; u < 3; ++u) {
                 const float weight = strength * waves[static_cast<std::size_t>(u)];
-                rowMoments[Cos2][u] += weight * cos2;
-                rowMoments[Sin2][u] += weight * sin2;
-                rowMoments[Cos4][u] += weight * cos4;
-                rowMoments[Sin4][u] += weight * sin4;
+                for (int channel = 0; channel < ChannelCount; ++channel) {
+                    rowMoments[u][channel] += weight * harmonics[channel];
+                }
             }
             if (std::fabs(gy) < 0.7F * std::fabs(gx)) {
                 slantSum += strength * gy / gx;
@@ -235,7 +248,7 @@ void measureEdges(const GlyphInk& ink, GlyphMeasures& measures)
             for (int v = 0; v < 3; ++v) {
                 for (int u = 0; u < 3; ++u) {
                     moments[channel][v][u] +=
-                        rowMoments[channel][u] * down[static_cast<std::size_t>(y + 1)][static_cast<std::size_t>(v)];
+                        rowMoments[u][channel] * down[static_cast<std::size_t>(y + 1)][static_cast<std::size_t>(v)];
                 }
             }
         }
@@ -271,6 +284,9 @@ void measureCosines(const GlyphInk& ink, GlyphMeasures& measures)
         std::array<float, n> sums{};
         const float* row = ink.row(y);
         for (int x = 0; x < ink.columns(); ++x) {
+            if (row[x] == 0) {
+                continue;
+            }
             for (int u = 0; u < n; ++u) {
                 sums[static_cast<std::size_t>(u)] += row[x] * basis[static_cast<std::size_t>(x * n + u)];
             }
@@ -294,36 +310,43 @@ void measureCosines(const GlyphInk& ink, GlyphMeasures& measures)
 // White that the margin cannot reach is enclosed.
 void measureHoles(const GlyphInk& ink, GlyphMeasures& measures)
 {
-    const int stride = ink.columns() + 2;
-    std::vector<std::uint8_t> taken(static_cast<std::size_t>(stride) * static_cast<std::size_t>(ink.rows() + 2));
+    // Around the margin a frame that counts as taken, so that no step has to look for the end of a row.
+    const int stride = ink.columns() + 4;
+    const int end = stride * (ink.rows() + 4);
+    std::vector<std::uint8_t> taken(static_cast<std::size_t>(end), 1);
+    for (int y = 0; y < ink.rows() + 2; ++y) {
+        const auto begin = taken.begin() + static_cast<std::ptrdiff_t>(y + 1) * stride + 1;
+        std::fill(begin, begin + ink.columns() + 2, std::uint8_t{0});
+    }
     for (int y = 0; y < ink.rows(); ++y) {
+        const float* row = ink.row(y);
+        std::uint8_t* target = &taken[static_cast<std::size_t>((y + 2) * stride + 2)];
         for (int x = 0; x < ink.columns(); ++x) {
-            taken[static_cast<std::size_t>((y + 1) * stride + x + 1)] = ink.row(y)[x] >= 0.4F;
+            target[x] = row[x] >= 0.4F;
         }
     }
-    std::vector<int> open;
-    const int end = static_cast<int>(taken.size());
+    std::vector<int> open(static_cast<std::size_t>(end));
     const auto flood = [&](int start) {
+        std::size_t count = 0;
         int size = 0;
-        open.push_back(start);
-        taken[static_cast<std::size_t>(start)] = 1;
-        while (!open.empty()) {
-            const int here = open.back();
-            open.pop_back();
-            ++size;
-            const int column = here % stride;
-            const int neighbours[] = {here - stride, here + stride, column > 0 ? here - 1 : -1,
-                                      column + 1 < stride ? here + 1 : -1};
-            for (const int next : neighbours) {
-                if (next >= 0 && next < end && !taken[static_cast<std::size_t>(next)]) {
-                    taken[static_cast<std::size_t>(next)] = 1;
-                    open.push_back(next);
-                }
+        const auto take = [&](int place) {
+            if (!taken[static_cast<std::size_t>(place)]) {
+                taken[static_cast<std::size_t>(place)] = 1;
+                open[count++] = place;
             }
+        };
+        take(start);
+        while (count > 0) {
+            const int here = open[--count];
+            ++size;
+            take(here - stride);
+            take(here + stride);
+            take(here - 1);
+            take(here + 1);
         }
         return size;
     };
-    flood(0);
+    flood(stride + 1);
     const float box = ink.boxWidth() * ink.boxHeight();
     for (int place = 0; place < end; ++place) {
         if (!taken[static_cast<std::size_t>(place)]) {
