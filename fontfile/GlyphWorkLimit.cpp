@@ -19,9 +19,9 @@ constexpr int maxComposedGlyphs = 1024; // real composites stay below 20
 constexpr int maxDepth = 32;
 constexpr unsigned long maxCompositeBytes = 64 * 1024;
 constexpr double cellsOfABand = 512;         // what the rasteriser's pool holds before it splits the picture
-constexpr double maxSegments = 48e6;         // some 0.5 s; ornaments a thousand pixels high need a tenth
+constexpr double maxSegments = 4e6;          // some 0.1 s; ornaments a thousand pixels high need less
 constexpr auto allowanceForEachCall = 250us; // ten times what real glyphs take
-constexpr auto budget = 2s;
+constexpr auto budget = 8s;                  // a line of giant letters on a busy machine takes two
 
 bool readTable(FT_Face face, FT_ULong tag, unsigned long offset, uchar* out, unsigned long length)
 {
