@@ -16,11 +16,11 @@ struct FaceAnalysis
 {
     std::array<GlyphFeatures, kFeatureLetterCount> features{}; // one for each of kFeatureLetters, all zero when missing
 
-    int hwe = 0;                // stem weight in thousandths of the capitals' height x 1.25: 100-170 is a book weight
-    int hwi = 0;                // width of the lower-case x-height letters, thousandths of the x-height
+    int hwe = 0;                // stem weight: 100-170 book, 170-250 medium, 250-500 bold
+    int hwi = 0;                // width of the small letters' ink, thousandths of the x-height
     int hhe = 0;                // x-height, thousandths of the capitals' height
-    int specificWidth = 0;      // below 800 condensed, 1400 normal, above 1800 extended
-    int specificHeight = 0;     // x-height, thousandths of the em scaled so that a normal text face comes near 110
+    int specificWidth = 0;      // below 800 condensed, 800-1800 narrow to wide, above extended
+    int specificHeight = 0;     // x-height, quarter thousandths of the em: times the width, the apparent size
     int italicAngle = 0;        // degrees of slant to the right, never negative
     int serifStyle = 0;         // 0-255, 0 unknown; the scale of PANOSE's serif styles
     int styleField = 0;         // 0-255, the Classification value of the face's main class, 0 none
