@@ -28,6 +28,15 @@ QString temporaryFile(const FontPlaces& places)
     return places.dataFolder + QStringLiteral("/tempactive.ini");
 }
 
+QHash<SystemFontDescriptor, ActivityType> announced(const QList<SystemFontDescriptor>& fonts)
+{
+    QHash<SystemFontDescriptor, ActivityType> active;
+    active.reserve(fonts.size());
+    for (const SystemFontDescriptor& font : fonts)
+        active.insert(font, font.activityType);
+    return active;
+}
+
 } // namespace
 
 FontManagerStrategyFontconfig::FontManagerStrategyFontconfig()
@@ -78,66 +87,33 @@ void FontManagerStrategyFontconfig::start()
     connect(m_watch, &FolderWatch::changed, this, &FontManagerStrategyFontconfig::reread, Qt::DirectConnection);
     connect(m_watch, &FolderWatch::lookNeeded, this, &FontManagerStrategyFontconfig::rereadIfChanged,
             Qt::DirectConnection);
+    // Twice when something had to be brought in line.
+    if (!readAndPublish())
+        readAndPublish();
+    m_announced = announced(m_view.active());
     m_thread.setObjectName(QStringLiteral("system fonts"));
     m_thread.start();
-    {
-        QMutexLocker operation(&m_operation);
-        readAndPublish();
-        m_announced = activeByName();
-    }
-}
-
-QHash<QString, ActivityType> FontManagerStrategyFontconfig::activeByName()
-{
-    QHash<QString, ActivityType> active;
-    QReadLocker lock(&m_viewLock);
-    const auto add = [&](const QString& fileName, ActivityType type) {
-        if (isSupportedFont(fileName) && !active.contains(fileName))
-            active.insert(fileName, type);
-    };
-    for (auto file = m_files.cbegin(); file != m_files.cend(); ++file) {
-        if (file->accepted)
-            add(file->name, PermanentlyActive);
-    }
-    for (auto font = m_placedView.cbegin(); font != m_placedView.cend(); ++font) {
-        if (*font)
-            add(font.key(), PermanentlyActive);
-    }
-    for (auto font = m_sessionView.cbegin(); font != m_sessionView.cend(); ++font) {
-        if (*font)
-            add(font.key(), TemporarilyActive);
-    }
-    return active;
 }
 
 QList<SystemFontDescriptor> FontManagerStrategyFontconfig::activeFonts()
 {
-    const QHash<QString, ActivityType> active = activeByName();
-    QList<SystemFontDescriptor> fonts;
-    QList<SystemFontDescriptor> temporary;
-    fonts.reserve(active.size());
-    for (auto font = active.cbegin(); font != active.cend(); ++font)
-        (*font == PermanentlyActive ? fonts : temporary).append(SystemFontDescriptor(font.key(), *font));
-    return fonts + temporary;
+    QReadLocker lock(&m_viewLock);
+    return m_view.active();
 }
 
 QStringList FontManagerStrategyFontconfig::installedFontFiles()
 {
     QSet<QString> names;
     QReadLocker lock(&m_viewLock);
-    for (auto file = m_files.cbegin(); file != m_files.cend(); ++file)
-        names.insert(file->name);
-    for (const auto* own : {&m_placedView, &m_sessionView}) {
+    for (const Found& file : qAsConst(m_view.files)) {
+        if (file.supported)
+            names.insert(file.name);
+    }
+    for (const auto* own : {&m_view.placed, &m_view.session}) {
         for (auto font = own->cbegin(); font != own->cend(); ++font)
             names.insert(font.key());
     }
-    QStringList files;
-    files.reserve(names.size());
-    for (const QString& name : qAsConst(names)) {
-        if (isSupportedFont(name))
-            files.append(name);
-    }
-    return files;
+    return names.values();
 }
 
 QHash<QString, int> FontManagerStrategyFontconfig::activatePermanently(const QString& fileName,
@@ -232,16 +208,25 @@ QStringList FontManagerStrategyFontconfig::protectedFontFiles()
 
 FontActivityReason FontManagerStrategyFontconfig::activityReason(const QString& fileName)
 {
-    QMutexLocker operation(&m_operation);
-    m_database.refresh();
-    FontconfigExplainer explainer(m_database, m_places);
-    explainer.setRejected(m_rules.rejected());
-    explainer.setListed(listedPaths(fileName));
-    explainer.setOwnFiles(m_placed.path(fileName), m_sessionFonts.path(fileName));
+    FontconfigDatabase database;
+    database.refresh();
+    FontconfigExplainer explainer(database, m_places);
+    {
+        QMutexLocker operation(&m_operation);
+        explainer.setRejected(m_rules.rejected());
+        explainer.setListed(m_view.pathsOf(fileName));
+        explainer.setOwnFiles(m_placed.path(fileName), m_sessionFonts.path(fileName));
+    }
     explainer.setOwner([this](const QString& path) {
-        const QStringList fonts = m_placed.fileNames() + m_sessionFonts.fileNames();
-        for (const QString& font : fonts) {
-            if (m_placed.path(font) == path || m_sessionFonts.path(font) == path)
+        QMutexLocker operation(&m_operation);
+        const auto placed = m_placed.all();
+        for (const auto& font : placed) {
+            if (m_placed.path(font.second) == path)
+                return font.first;
+        }
+        const QStringList linked = m_sessionFonts.fileNames();
+        for (const QString& font : linked) {
+            if (m_sessionFonts.path(font) == path)
                 return font;
         }
         return fontfiles::catalogued(path);
@@ -251,133 +236,116 @@ FontActivityReason FontManagerStrategyFontconfig::activityReason(const QString& 
 
 void FontManagerStrategyFontconfig::rereadIfChanged()
 {
-    {
-        QMutexLocker operation(&m_operation);
-        if (m_database.isCurrent())
-            return;
-    }
-    reread();
+    if (!m_reader.isCurrent())
+        reread();
 }
 
 void FontManagerStrategyFontconfig::reread()
 {
-    bool differs = false;
+    if (!readAndPublish()) {
+        m_watch->trigger();
+        return;
+    }
+    QHash<SystemFontDescriptor, ActivityType> active = announced(activeFonts());
+    if (active == m_announced)
+        return;
+    m_announced.swap(active);
+    emit activeFontsChanged();
+}
+
+// False when what was read is out of date already: something was changed meanwhile, or has been brought in line now.
+bool FontManagerStrategyFontconfig::readAndPublish()
+{
+    int changes = 0;
+    QVector<QPair<QString, PlacedFonts::Placed>> placed;
+    QHash<QString, QString> session;
     {
         QMutexLocker operation(&m_operation);
         if (!m_rules.isStored())
             m_rules.load();
-        readAndPublish();
-        QHash<QString, ActivityType> active = activeByName();
-        differs = active != m_announced;
-        m_announced.swap(active);
+        changes = m_changes;
+        placed = m_placed.all();
+        const QStringList names = m_sessionFonts.fileNames();
+        for (const QString& name : names)
+            session.insert(name, m_sessionFonts.path(name));
     }
-    if (differs)
-        emit activeFontsChanged();
-}
+    const FontconfigDatabase::Contents contents = m_reader.readAll();
 
-void FontManagerStrategyFontconfig::readAndPublish()
-{
-    FontconfigDatabase::Contents contents;
-    // Once more when something had to be brought in line.
-    for (int round = 0; round < 2; ++round) {
-        contents = m_database.readAll();
-        FoundFiles files = foundFiles(contents);
-        QMultiHash<QString, QString> paths = otherPaths(files);
-        {
-            QWriteLocker lock(&m_viewLock);
-            m_files.swap(files);
-            m_otherPaths.swap(paths);
-        }
-        if (!tidy())
-            break;
-        readTouched();
+    View view;
+    RealNames names(m_reader.roots());
+    const QString placedRoot = m_placed.root() + QLatin1Char('/');
+    const QString sessionRoot = m_sessionFonts.root() + QLatin1Char('/');
+    for (auto file = contents.files.cbegin(); file != contents.files.cend(); ++file) {
+        if (!file.key().startsWith(placedRoot) && !file.key().startsWith(sessionRoot))
+            view.addFile(file.key(), names.of(file.key()), *file);
     }
-    m_folders = QSet<QString>(contents.folders.cbegin(), contents.folders.cend());
+    QStringList placedGone;
+    for (const auto& font : qAsConst(placed)) {
+        const QString path = m_placed.path(font.second);
+        const auto file = contents.files.constFind(path);
+        view.placed.insert(font.first, file != contents.files.cend() && *file);
+        if (file == contents.files.cend() && !QFileInfo::exists(path))
+            placedGone.append(font.first);
+    }
+    for (auto font = session.cbegin(); font != session.cend(); ++font)
+        view.session.insert(font.key(), contents.files.value(*font));
+    QSet<QString> folders(contents.folders.cbegin(), contents.folders.cend());
 
-    QHash<QString, bool> placed;
-    QHash<QString, bool> session;
-    const QStringList placedNames = m_placed.fileNames();
-    for (const QString& name : placedNames)
-        placed.insert(name, contents.files.value(m_placed.path(name)));
-    const QStringList sessionNames = m_sessionFonts.fileNames();
-    for (const QString& name : sessionNames)
-        session.insert(name, contents.files.value(m_sessionFonts.path(name)));
+    QMutexLocker operation(&m_operation);
+    if (m_changes == changes)
+        tidy(view, placedGone);
+    if (m_changes != changes)
+        return false;
+    m_folders.swap(folders);
     {
         QWriteLocker lock(&m_viewLock);
-        m_placedView.swap(placed);
-        m_sessionView.swap(session);
+        std::swap(m_view, view);
     }
+    operation.unlock();
+    watchFolders(contents);
+    return true;
+}
 
+void FontManagerStrategyFontconfig::watchFolders(const FontconfigDatabase::Contents& contents)
+{
     QStringList watched = contents.folders;
-    for (const QString& path : qAsConst(contents.configuration))
+    for (const QString& path : contents.configuration)
         watched.append(QFileInfo(path).isDir() ? path : QFileInfo(path).path());
     watched.append(QFileInfo(m_places.rulesFile).path());
     watched.append(m_places.userFonts);
     QMetaObject::invokeMethod(m_watch, [this, watched] { m_watch->setFolders(watched); });
 }
 
-FontManagerStrategyFontconfig::FoundFiles
-FontManagerStrategyFontconfig::foundFiles(const FontconfigDatabase::Contents& contents) const
-{
-    RealNames names(m_database.roots());
-    FoundFiles found;
-    const QString placedRoot = m_placed.root() + QLatin1Char('/');
-    const QString sessionRoot = m_sessionFonts.root() + QLatin1Char('/');
-    for (auto file = contents.files.cbegin(); file != contents.files.cend(); ++file) {
-        if (!file.key().startsWith(placedRoot) && !file.key().startsWith(sessionRoot))
-            found.insert(file.key(), Found{names.of(file.key()), *file});
-    }
-    return found;
-}
-
-QMultiHash<QString, QString> FontManagerStrategyFontconfig::otherPaths(const FoundFiles& files)
-{
-    QMultiHash<QString, QString> paths;
-    for (auto file = files.cbegin(); file != files.cend(); ++file) {
-        if (file->name != file.key())
-            paths.insert(file->name, file.key());
-    }
-    return paths;
-}
-
-// Empty for a font that fontconfig does not find by itself.
-QStringList FontManagerStrategyFontconfig::listedPaths(const QString& fileName) const
-{
-    QStringList paths = m_otherPaths.values(fileName);
-    const QString outline = fontfiles::outline(fileName);
-    if (m_files.contains(outline) && !paths.contains(outline))
-        paths.append(outline);
-    return paths;
-}
-
-// True when programs get the font without a file of ours.
-bool FontManagerStrategyFontconfig::isFound(const QString& fileName) const
-{
-    const QStringList paths = listedPaths(fileName);
-    return std::any_of(paths.cbegin(), paths.cend(),
-                       [this](const QString& path) { return m_files.value(path).accepted; });
-}
-
 // Brings our files and links in line with what is there: somebody may have removed one of ours, a crash may have come
-// between two steps, a font may have become one that programs find anyway. True when anything was changed.
-bool FontManagerStrategyFontconfig::tidy()
+// between two steps, a font may have become one that programs find anyway.
+void FontManagerStrategyFontconfig::tidy(const View& view, const QStringList& placedGone)
 {
-    QStringList leaving;
-    const QStringList placedNames = m_placed.fileNames();
-    for (const QString& name : placedNames) {
-        if (isFound(name) || !QFileInfo::exists(m_placed.path(name)))
-            leaving.append(name);
+    QStringList leaving = placedGone;
+    if (view.placed.size() < view.files.size()) {
+        for (auto font = view.placed.cbegin(); font != view.placed.cend(); ++font) {
+            if (view.isFound(font.key()))
+                leaving.append(font.key());
+        }
+    } else {
+        for (const Found& file : view.files) {
+            if (file.accepted && view.placed.contains(file.name))
+                leaving.append(file.name);
+        }
     }
     m_placed.remove(leaving);
     bool changed = !leaving.isEmpty();
     const QStringList sessionNames = m_sessionFonts.fileNames();
     for (const QString& name : sessionNames) {
-        if (isFound(name) || m_placed.contains(name) || !QFileInfo(m_sessionFonts.path(name)).isFile()) {
+        if (view.isFound(name) || m_placed.contains(name) || !QFileInfo(m_sessionFonts.path(name)).isFile()) {
             m_sessionFonts.remove(name);
             changed = true;
         }
     }
-    return changed;
+    if (!changed)
+        return;
+    ++m_changes;
+    m_database.refresh();
+    readTouched();
 }
 
 // A program that read everything within the second of our change did not see it and would not look again. The folders
@@ -385,6 +353,7 @@ bool FontManagerStrategyFontconfig::tidy()
 void FontManagerStrategyFontconfig::touchForLateReaders()
 {
     QMutexLocker operation(&m_operation);
+    m_database.refresh();
     if (QFileInfo(m_placed.root()).isDir()) {
         placement::touch(m_placed.root());
         m_database.readAgain({m_placed.root()});

@@ -89,14 +89,34 @@ private:
     void readTouched();
     void publish(const QVector<Change>& changes);
 
-    void start();
-    void readAndPublish();
-    bool tidy();
-    QStringList listedPaths(const QString& fileName) const;
-    void storeTemporary();
-    QHash<QString, ActivityType> activeByName();
+    // A file that fontconfig finds by itself.
+    struct Found
+    {
+        QString name; // of the font it leads to
+        bool accepted = false;
+        bool supported = false;
+    };
+    // What callers are told.
+    struct View
+    {
+        QHash<QString, Found> files;             // by fontconfig's path
+        QMultiHash<QString, QString> otherPaths; // font -> paths it is found under that are not its own
+        QHash<QString, bool> placed;             // fonts with a file of ours; true: programs get it
+        QHash<QString, bool> session;            // fonts with a link of ours; true: programs get it
 
-    QMutex m_operation; // held by whoever changes or reads the system; guards everything up to the view
+        QStringList pathsOf(const QString& fileName) const;
+        bool isFound(const QString& fileName) const;
+        void addFile(const QString& path, const QString& name, bool accepted);
+        QList<SystemFontDescriptor> active() const;
+    };
+
+    void start();
+    bool readAndPublish();
+    void tidy(const View& view, const QStringList& placedGone);
+    void watchFolders(const FontconfigDatabase::Contents& contents);
+    void storeTemporary();
+
+    QMutex m_operation; // held by whoever changes the system; guards everything up to the next lock
     const FontPlaces m_places;
     const LogonSession m_session;
     FontconfigDatabase m_database;
@@ -104,29 +124,20 @@ private:
     PlacedFonts m_placed;
     SessionFonts m_sessionFonts;
     QSet<QString> m_folders; // that fontconfig reads
-    QHash<QString, ActivityType> m_announced;
+    int m_changes = 0;       // counts batches that changed something
 
     QMutex m_batchLock; // guards the two below
     Qt::HANDLE m_batchThread = nullptr;
     QHash<QString, ActivityType> m_batch;
 
-    // A file that fontconfig finds by itself.
-    struct Found
-    {
-        QString name; // of the font it leads to
-        bool accepted = false;
-    };
-    using FoundFiles = QHash<QString, Found>;
-    FoundFiles foundFiles(const FontconfigDatabase::Contents& contents) const;
-    static QMultiHash<QString, QString> otherPaths(const FoundFiles& files);
-    bool isFound(const QString& fileName) const;
-
-    // What callers are told; changed in place, so that one switch does not copy fifty thousand entries.
+    // Changed in place, so that one switch does not copy fifty thousand entries.
     QReadWriteLock m_viewLock;
-    FoundFiles m_files;
-    QMultiHash<QString, QString> m_otherPaths; // font -> paths it is found under that are not its own
-    QHash<QString, bool> m_placedView;         // fonts with a file of ours; true: programs get it
-    QHash<QString, bool> m_sessionView;        // fonts with a link of ours
+    View m_view;
+
+    // Of the thread that reads everything: this one at first, then m_thread. Reading takes no lock, so that a switch
+    // does not wait for it.
+    FontconfigDatabase m_reader;
+    QHash<SystemFontDescriptor, ActivityType> m_announced;
 
     QThread m_thread;
     FolderWatch* m_watch = nullptr; // lives in m_thread

@@ -36,6 +36,7 @@ QHash<QString, int> FontManagerStrategyFontconfig::carryOut(const QHash<QString,
     if (changes.isEmpty())
         return failed;
 
+    ++m_changes;
     makeFiles(changes);
     writeRules(changes);
     readTouched();
@@ -73,9 +74,9 @@ FontManagerStrategyFontconfig::Change FontManagerStrategyFontconfig::planFor(con
     if (change.failed || change.outline.isEmpty())
         return change;
     const QString folder = folderOf(change.outline);
-    if (!m_files.contains(change.outline) && m_folders.contains(folder))
+    if (!m_view.files.contains(change.outline) && m_folders.contains(folder))
         lookIntoFolder(folder);
-    change.listed = listedPaths(fileName);
+    change.listed = m_view.pathsOf(fileName);
     for (const QString& path : qAsConst(change.listed)) {
         if (m_rules.rejected().contains(path))
             change.rejected.append(path);
@@ -90,12 +91,8 @@ void FontManagerStrategyFontconfig::lookIntoFolder(const QString& folder)
     const QSet<QString> accepted = m_database.accepted({folder});
     RealNames names(m_database.roots());
     QWriteLocker lock(&m_viewLock);
-    for (const QString& file : files) {
-        const QString name = names.of(file);
-        m_files.insert(file, Found{name, accepted.contains(file)});
-        if (name != file && !m_otherPaths.contains(name, file))
-            m_otherPaths.insert(name, file);
-    }
+    for (const QString& file : files)
+        m_view.addFile(file, names.of(file), accepted.contains(file));
 }
 
 bool FontManagerStrategyFontconfig::isSettled(const Change& change) const
@@ -103,16 +100,16 @@ bool FontManagerStrategyFontconfig::isSettled(const Change& change) const
     const QString& name = change.fileName;
     const bool isPlaced = m_placed.contains(name);
     const bool isLinked = m_sessionFonts.contains(name);
-    const bool found = isFound(name);
+    const bool found = m_view.isFound(name);
     switch (change.activityType) {
     case PermanentlyActive:
         if (isLinked)
             return false;
         return !change.listed.isEmpty()
                    ? found && !isPlaced
-                   : m_placedView.value(name) && placement::isCurrent(change.outline, m_placed.path(name));
+                   : m_view.placed.value(name) && placement::isCurrent(change.outline, m_placed.path(name));
     case TemporarilyActive:
-        return isLinked && m_sessionView.value(name) && !isPlaced && !found;
+        return isLinked && m_view.session.value(name) && !isPlaced && !found;
     case Inactive:
         break;
     }
@@ -272,14 +269,14 @@ void FontManagerStrategyFontconfig::publish(const QVector<Change>& changes)
     for (const Change& change : changes) {
         if (change.failed)
             continue;
-        m_placedView.remove(change.fileName);
-        m_sessionView.remove(change.fileName);
+        m_view.placed.remove(change.fileName);
+        m_view.session.remove(change.fileName);
         for (const QString& path : change.listed)
-            m_files[path].accepted = change.activityType == PermanentlyActive;
+            m_view.files[path].accepted = change.activityType == PermanentlyActive;
         if (change.listed.isEmpty() && change.activityType == PermanentlyActive)
-            m_placedView.insert(change.fileName, true);
+            m_view.placed.insert(change.fileName, true);
         if (change.activityType == TemporarilyActive)
-            m_sessionView.insert(change.fileName, true);
+            m_view.session.insert(change.fileName, true);
     }
 }
 

@@ -271,8 +271,16 @@ QStringList FontconfigDatabase::filesIn(const QString& folder)
 
 bool FontconfigDatabase::listsSubfolder(const QString& folder, const QString& subfolder)
 {
-    return subfolders(readFolder(folder, false, m_config.get())).contains(subfolder) ||
-           subfolders(readFolder(folder, true, m_config.get())).contains(subfolder);
+    const QByteArray name = QFile::encodeName(subfolder);
+    for (const bool again : {false, true}) {
+        const Cache cache = readFolder(folder, again, m_config.get());
+        const int count = cache ? FcCacheNumSubdir(cache.get()) : 0;
+        for (int i = 0; i < count; ++i) {
+            if (name == reinterpret_cast<const char*>(FcCacheSubdir(cache.get(), i)))
+                return true;
+        }
+    }
+    return false;
 }
 
 bool FontconfigDatabase::reaches(const QString& folder)

@@ -128,10 +128,24 @@ void PlacedFonts::clearStrays()
     }
 }
 
+QVector<QPair<QString, PlacedFonts::Placed>> PlacedFonts::all() const
+{
+    QVector<QPair<QString, Placed>> fonts;
+    fonts.reserve(m_fonts.size());
+    for (auto font = m_fonts.cbegin(); font != m_fonts.cend(); ++font)
+        fonts.append({font.key(), *font});
+    return fonts;
+}
+
+QString PlacedFonts::path(const Placed& placed) const
+{
+    return m_folders.path(placed.folder) + QLatin1Char('/') + placed.outline;
+}
+
 QString PlacedFonts::path(const QString& fileName) const
 {
     const auto font = m_fonts.constFind(fileName);
-    return font == m_fonts.cend() ? QString() : m_folders.path(font->folder) + QLatin1Char('/') + font->outline;
+    return font == m_fonts.cend() ? QString() : path(*font);
 }
 
 bool PlacedFonts::note(const QStringList& fileNames)

@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QSet>
 #include <QStringList>
+#include <QVector>
 
 namespace kerval::systemfm {
 
@@ -27,8 +28,17 @@ public:
     // Clears what points nowhere and what belongs to nobody, renews copies whose font has changed.
     void reconcile();
 
+    struct Placed
+    {
+        QString folder;
+        QString outline; // file name within the folder
+        bool isCopy = false;
+    };
+    // Every font with its place, quick to copy; path() below makes a path of a place.
+    QVector<QPair<QString, Placed>> all() const;
+    QString path(const Placed& placed) const;
+
     bool contains(const QString& fileName) const { return m_fonts.contains(fileName); }
-    QStringList fileNames() const { return m_fonts.keys(); }
     // The full path of our file that programs read; empty for a font that is not placed.
     QString path(const QString& fileName) const;
     QString root() const { return m_folders.root(); }
@@ -44,13 +54,6 @@ public:
     QSet<QString> takeTouched();
 
 private:
-    struct Placed
-    {
-        QString folder;
-        QString outline; // file name within the folder
-        bool isCopy = false;
-    };
-
     bool append(const QByteArray& lines);
     void rewrite();
     QByteArray line(const QString& fileName, const Placed& placed) const;

@@ -14,8 +14,9 @@ namespace kerval::systemfm {
 namespace {
 
 // The framework's own watcher tells when a file appears in a folder, but not when it has been written to its end.
-constexpr quint32 eventMask = IN_CREATE | IN_CLOSE_WRITE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE | IN_ATTRIB |
-                              IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
+// Times and rights that change are no events: fontconfig does not look at a file again for them either.
+constexpr quint32 eventMask =
+    IN_CREATE | IN_CLOSE_WRITE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR;
 constexpr int debounceTime = 250;
 constexpr int longestDelay = 1000;
 constexpr int pollTime = 1500;
