@@ -1,5 +1,7 @@
 #include "qtService/management/ZipArchive.h"
 
+#include "qtService/management/ZipReader.h"
+
 #include <QDataStream>
 #include <QDateTime>
 #include <QDir>
@@ -9,14 +11,12 @@
 #include <QtEndian>
 
 #include <limits>
-#include <minizip/unzip.h>
 #include <minizip/zip.h>
 
 namespace {
 
 constexpr int bufferSize = 0x100000;
 constexpr uLong utf8Names = 1 << 11;
-constexpr uLong encrypted = 1 << 0;
 constexpr uLong madeByUnix = (3 << 8) | 45;
 
 bool isFolderName(const QString& entryName)
@@ -135,39 +135,28 @@ bool ZipArchive::open(int mode)
         return false;
     }
     m_mode = mode;
-    m_buffer = std::make_unique<char[]>(bufferSize);
+    if (mode == Write)
+        m_buffer = std::make_unique<char[]>(bufferSize);
     return true;
 }
 
 bool ZipArchive::openForReading()
 {
-    // minizip would wait for ever for the writer of a pipe.
-    if (!QFileInfo(m_archivePath).isFile())
+    m_reader = std::make_unique<ZipReader>();
+    if (!m_reader->open(m_archivePath))
         return false;
-    m_handle = unzOpen64(QFile::encodeName(m_archivePath).constData());
-    m_isReading = true;
-    return m_handle && readEntries();
-}
-
-bool ZipArchive::readEntries()
-{
-    int result = unzGoToFirstFile(m_handle);
-    QByteArray name(0x10000, Qt::Uninitialized);
-    for (; result == UNZ_OK; result = unzGoToNextFile(m_handle)) {
-        unz_file_info64 info;
-        if (unzGetCurrentFileInfo64(m_handle, &info, name.data(), uLong(name.size()), nullptr, 0, nullptr, 0) != UNZ_OK)
-            return false;
-        const QString entry = QString::fromUtf8(name.constData(), int(info.size_filename));
-        unz64_file_pos position;
-        if (entry.isEmpty() || unzGetFilePos64(m_handle, &position) != UNZ_OK)
+    const QList<ZipReader::Entry>& entries = m_reader->entries();
+    for (int i = 0; i < entries.size(); ++i) {
+        const ZipReader::Entry& entry = entries.at(i);
+        if (entry.name.isEmpty())
             continue;
-        m_entries.append(entry);
-        if (!m_positions.contains(entry))
-            m_positions.insert(entry, {position.pos_in_zip_directory, position.num_of_file});
+        m_entries.append(entry.name);
+        if (!m_indexes.contains(entry.name))
+            m_indexes.insert(entry.name, i);
         // Saturates: a hostile archive may claim anything.
-        m_contentSize += qMin(quint64(info.uncompressed_size), std::numeric_limits<quint64>::max() - m_contentSize);
+        m_contentSize += qMin(entry.size, std::numeric_limits<quint64>::max() - m_contentSize);
     }
-    return result == UNZ_END_OF_LIST_OF_FILE;
+    return true;
 }
 
 bool ZipArchive::openForWriting()
@@ -175,23 +164,21 @@ bool ZipArchive::openForWriting()
     if (QFile::exists(m_archivePath) && !QFile::remove(m_archivePath))
         return false;
     m_handle = zipOpen64(QFile::encodeName(m_archivePath).constData(), APPEND_STATUS_CREATE);
-    m_isReading = false;
     return m_handle;
 }
 
 bool ZipArchive::close()
 {
-    bool closed = true;
-    if (m_handle)
-        closed = (m_isReading ? unzClose(m_handle) : zipClose(m_handle, nullptr)) == ZIP_OK;
+    bool closed = !m_handle || zipClose(m_handle, nullptr) == ZIP_OK;
     constexpr quint64 longCount = 0xffff;
     if (closed && m_mode == Write && m_writtenEntries >= longCount)
         closed = writeLongEntryCount(m_archivePath, m_writtenEntries);
     m_handle = nullptr;
+    m_reader.reset();
     m_mode = Closed;
     m_buffer.reset();
     m_entries.clear();
-    m_positions.clear();
+    m_indexes.clear();
     m_contentSize = 0;
     m_writtenEntries = 0;
     m_roomFor.clear();
@@ -202,14 +189,8 @@ bool ZipArchive::extract(const QString& entryName, const QString& destinationFol
 {
     if (m_mode != Read || !QDir().mkpath(destinationFolder))
         return false;
-    if (m_roomFor != destinationFolder) {
-        const QStorageInfo storage(destinationFolder);
-        if (storage.isValid() && m_contentSize > quint64(qMax<qint64>(0, storage.bytesAvailable()))) {
-            qWarning("E_0_ No room for the content of \"%s\"", qPrintable(m_archivePath));
-            return false;
-        }
-        m_roomFor = destinationFolder;
-    }
+    if (!hasRoom(destinationFolder))
+        return false;
 
     QStringList names(entryName);
     if (withChildren && isFolderName(entryName)) {
@@ -219,55 +200,51 @@ bool ZipArchive::extract(const QString& entryName, const QString& destinationFol
         names.removeDuplicates();
     }
     for (const QString& name : qAsConst(names)) {
-        const auto found = m_positions.constFind(name);
-        if (found == m_positions.constEnd())
-            continue;
-        unz64_file_pos position;
-        position.pos_in_zip_directory = found->directory;
-        position.num_of_file = found->number;
-        if (unzGoToFilePos64(m_handle, &position) != UNZ_OK || !extractCurrent(name, destinationFolder)) {
-            qWarning("E_0_ \"%s\" could not be unpacked from \"%s\"", qPrintable(name), qPrintable(m_archivePath));
+        const int index = m_indexes.value(name, -1);
+        if (index >= 0 && !extractEntry(index, destinationFolder)) {
+            qWarning("E_0_ \"%s\" could not be unpacked from \"%s\"", qUtf8Printable(name),
+                     qUtf8Printable(m_archivePath));
             return false;
         }
     }
     return true;
 }
 
-bool ZipArchive::extractCurrent(const QString& entryName, const QString& destinationFolder)
+bool ZipArchive::hasRoom(const QString& destinationFolder)
 {
-    const QString inside = pathInside(entryName);
+    if (m_roomFor == destinationFolder)
+        return true;
+    const QStorageInfo storage(destinationFolder);
+    if (storage.isValid() && m_contentSize > quint64(qMax<qint64>(0, storage.bytesAvailable()))) {
+        qWarning("E_0_ No room for the content of \"%s\"", qUtf8Printable(m_archivePath));
+        return false;
+    }
+    m_roomFor = destinationFolder;
+    return true;
+}
+
+bool ZipArchive::extractEntry(int index, const QString& destinationFolder)
+{
+    const ZipReader::Entry& entry = m_reader->entries().at(index);
+    const QString inside = pathInside(entry.name);
     if (inside.isEmpty())
         return false;
     const QString target = destinationFolder + QLatin1Char('/') + inside;
-    const QString folder = isFolderName(entryName) ? target : QFileInfo(target).path();
+    const bool isFolder = isFolderName(entry.name);
+    const QString folder = isFolder ? target : QFileInfo(target).path();
     if (!staysInside(folder, destinationFolder) || !QDir().mkpath(folder))
         return false;
-    return isFolderName(entryName) || copyCurrentTo(target);
-}
-
-bool ZipArchive::copyCurrentTo(const QString& target)
-{
-    unz_file_info64 info;
-    if (unzGetCurrentFileInfo64(m_handle, &info, nullptr, 0, nullptr, 0, nullptr, 0) != UNZ_OK || info.flag & encrypted)
-        return false;
+    if (isFolder)
+        return true;
 
     QFile file(target);
     file.remove();
-    if (unzOpenCurrentFile(m_handle) != UNZ_OK)
+    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
         return false;
-    if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly)) {
-        unzCloseCurrentFile(m_handle);
-        return false;
-    }
-    int read = 0;
-    bool copied = true;
-    while (copied && (read = unzReadCurrentFile(m_handle, m_buffer.get(), bufferSize)) > 0)
-        copied = file.write(m_buffer.get(), read) == read;
-    // Closing tells of a wrong check sum.
-    copied = (unzCloseCurrentFile(m_handle) == UNZ_OK) && copied && read == 0 && file.flush();
-    if (!copied)
-        file.remove();
-    return copied;
+    if (m_reader->extract(entry, &file) && file.flush())
+        return true;
+    file.remove();
+    return false;
 }
 
 bool ZipArchive::addFile(const QString& filePath, const QString& entryName)

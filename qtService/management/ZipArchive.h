@@ -6,8 +6,10 @@
 
 #include <memory>
 
-// A zip archive, read or written as a stream of entries; archives and entries above 4 GiB are Zip64. A value class: a
-// copy takes the path and the password and starts closed, whatever its original has open.
+class ZipReader;
+
+// A zip archive, read (by ZipReader) or written (by minizip) as a stream of entries; archives and entries above 4 GiB
+// are Zip64. A value class: a copy takes the path and the password and starts closed, whatever its original has open.
 //
 // Reading trusts nothing: an entry whose target would lie outside the destination folder, one that is encrypted or
 // whose check sum is wrong, and an archive that claims more content than the disk has room for are refused.
@@ -43,29 +45,21 @@ public:
     bool addFile(const QString& filePath, const QString& entryName);
 
 private:
-    struct Position
-    {
-        quint64 directory = 0;
-        quint64 number = 0;
-    };
-
     bool openForReading();
     bool openForWriting();
-    bool readEntries();
-    bool extractCurrent(const QString& entryName, const QString& destinationFolder);
-    bool copyCurrentTo(const QString& target);
+    bool hasRoom(const QString& destinationFolder);
+    bool extractEntry(int index, const QString& destinationFolder);
 
     int m_mode = Closed;
     QStringList m_entries;
     QString m_archivePath;
     QString m_password;
-    void* m_handle = nullptr; // minizip's, for reading or for writing
-    bool m_isReading = false;
+    std::unique_ptr<ZipReader> m_reader;
+    void* m_handle = nullptr; // minizip's, for writing
     std::unique_ptr<char[]> m_buffer;
 
-    // Where each entry stands, so that extracting thousands does not search the directory for each.
-    QHash<QString, Position> m_positions;
-    quint64 m_contentSize = 0; // of all entries, as the archive claims
+    QHash<QString, int> m_indexes; // of the first entry of each name, so that thousands are not searched one by one
+    quint64 m_contentSize = 0;     // of all entries, as the archive claims
     quint64 m_writtenEntries = 0;
     QString m_roomFor; // the folder that was found to have room for it
 };

@@ -51,6 +51,7 @@ private slots:
     void namesBrokenArchives();
     void copesWithManyEntries();
     void refusesWhatFitsOnNoDisk();
+    void readsArchivesBehindAProgram();
     void copiesStartClosed();
     void keepsFilesOfOneNameApart();
     void failsOnAMissingFile();
@@ -223,6 +224,17 @@ void ZipArchiveTest::refusesWhatFitsOnNoDisk()
     ZipArchive archive(path, QString());
     QVERIFY(archive.open(ZipArchive::Read));
     QVERIFY(!archive.extract(QStringLiteral("x.ttf"), folder.filePath(QStringLiteral("out")), false));
+}
+
+void ZipArchiveTest::readsArchivesBehindAProgram()
+{
+    QTemporaryDir folder;
+    const QString path = writeArchive(folder.filePath(QStringLiteral("a.zip")), {QStringLiteral("x.ttf")});
+    writeFile(path, QByteArray(1000, 'p') + readFile(path) + "what was appended");
+    ZipArchive archive(path, QString());
+    QVERIFY(archive.open(ZipArchive::Read));
+    QVERIFY(archive.extract(QStringLiteral("x.ttf"), folder.filePath(QStringLiteral("out")), false));
+    QCOMPARE(readFile(folder.filePath(QStringLiteral("out/x.ttf"))), QByteArray("content"));
 }
 
 void ZipArchiveTest::copiesStartClosed()
