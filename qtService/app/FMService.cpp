@@ -13,6 +13,7 @@
 #include "qtService/app/core/platform_folders.h"
 #include "qtService/app/platform_process.h"
 #include "qtService/app/service/FontManagementService.h"
+#include "qtService/database/KrvUserDatabase.h"
 #include "qtService/management/FontAdder.h"
 #include "qtService/ui/dialogs/UpdateCheckDialog.h"
 #include "qtService/ui/messages/FMSPlainTextMessage.h"
@@ -270,8 +271,10 @@ void FMService::onFontManagementServiceStarted()
         return;
     }
     onInitializeFinished(error);
-    if (error == 0)
+    if (error == 0) {
         createControlCenter();
+        tellAboutDamagedData();
+    }
     qDebug() << "M_1_"
              << "FMService::start() ends";
 }
@@ -319,6 +322,17 @@ void FMService::onInitializeFinished(int error)
     m_trayIcon->setEnabled(true);
     m_state = Ready;
     emit stateReadyOrInitialized();
+}
+
+void FMService::tellAboutDamagedData()
+{
+    const KrvUserDatabase* userDatabase = m_fontManagementService->userDatabase();
+    const QString aside = userDatabase ? userDatabase->setAsideFile() : QString();
+    if (!aside.isEmpty())
+        KrvMessage::instance()->warning(
+            tr("The file with your groups, notes and rankings could not be read.\nIt was kept as \"%1\", and Kerval "
+               "started with a new one.")
+                .arg(QDir::toNativeSeparators(aside).toHtmlEscaped()));
 }
 
 void FMService::notify(const QString& text)

@@ -86,6 +86,7 @@ private:
     bool listen();
     void createTrayIcon();
     void createControlCenter();
+    void tellAboutDamagedData();
     void notify(const QString& text);
     void fail();
 
