@@ -4,6 +4,7 @@
 #include "qtService/ui/fonts/FontColumnValues.h"
 
 #include <QDateTime>
+#include <QLocale>
 
 namespace {
 
@@ -12,7 +13,9 @@ constexpr int maximumKeyLength = 80;
 
 } // namespace
 
+// Without a language the system's order is that of the codes, which is no order for readers.
 FontSortKeys::FontSortKeys()
+    : m_collator(QLocale().language() == QLocale::C ? QLocale(QLocale::English) : QLocale())
 {
     m_collator.setCaseSensitivity(Qt::CaseInsensitive);
     m_collator.setNumericMode(true);

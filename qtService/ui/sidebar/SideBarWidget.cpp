@@ -13,6 +13,7 @@
 #include <QFrame>
 #include <QHeaderView>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -206,6 +207,10 @@ bool SideBarWidget::eventFilter(QObject* watched, QEvent* event)
 {
     // All drag events are answered here: the view's own handling would ask the model to take the data.
     switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+        // A press on a caption or beside the rows would leave nothing selected while the list goes on showing a group.
+        return groupIdAt(static_cast<QMouseEvent*>(event)->pos()) == 0;
     case QEvent::DragEnter:
     case QEvent::DragMove: {
         auto* drag = static_cast<QDragMoveEvent*>(event);

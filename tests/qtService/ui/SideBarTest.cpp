@@ -1,0 +1,147 @@
+#include "qtService/management/SystemFontGroupList.h"
+#include "qtService/management/UserFontGroupList.h"
+#include "qtService/ui/fonts/FontDrag.h"
+#include "qtService/ui/sidebar/SideBarModel.h"
+#include "qtService/ui/sidebar/SideBarWidget.h"
+#include "tests/qtService/database/TestLibrary.h"
+#include "tests/support/testregistry.h"
+
+#include <QAbstractItemModelTester>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTreeView>
+#include <QtTest>
+
+class SideBarTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        m_library = std::make_unique<TestLibrary>();
+        m_ids = m_library->addFonts({TestLibrary::makeFont(QStringLiteral("/a"), QStringLiteral("a")),
+                                     TestLibrary::makeFont(QStringLiteral("/b"), QStringLiteral("b"))});
+        m_all = makeFontGroup<FontGroup>(m_library->repository, QStringLiteral("All Fonts"));
+        m_system = QSharedPointer<SystemFontGroupList>::create();
+        m_system->addGroup(SystemFontGroupList::AllFonts, m_all);
+        m_user = QSharedPointer<UserFontGroupList>::create(m_all, m_library->userDatabase.data());
+    }
+
+    void cleanup()
+    {
+        m_user.clear();
+        m_system.clear();
+        m_all.clear();
+        m_library.reset();
+    }
+
+    void theModelFollowsTheLists()
+    {
+        SideBarModel model(m_system, m_user, 1);
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(model.indexOfGroup(SystemFontGroupList::AllFonts).data(SideBarModel::FontCountRole).toInt(), 2);
+        const int group = addGroup(QStringLiteral("Mine"));
+        QTRY_VERIFY(model.indexOfGroup(group).isValid());
+        QVERIFY(!model.indexOfGroup(group).data(SideBarModel::IconRole).value<QImage>().isNull());
+        m_library->userDatabase->renameGroup(group, QStringLiteral("Ours"));
+        QTRY_COMPARE(model.indexOfGroup(group).data(SideBarModel::NameRole).toString(), QStringLiteral("Ours"));
+        m_library->repository->removeFonts({m_library->repository->font(m_ids.first())});
+        QTRY_COMPARE(model.indexOfGroup(SystemFontGroupList::AllFonts).data(SideBarModel::FontCountRole).toInt(), 1);
+        m_library->userDatabase->removeGroup(group);
+        QTRY_VERIFY(!model.indexOfGroup(group).isValid());
+    }
+
+    void onlyTheUsersGroupsAreSorted()
+    {
+        const int zebra = addGroup(QStringLiteral("Zebra"));
+        const int ape = addGroup(QStringLiteral("Ape"));
+        KrvUiSettings* settings = KrvUiSettings::instance();
+        settings->setValue(KrvUiSettings::SidGroupSortBy, int(SideBarModel::NameRole));
+        SideBarWidget widget;
+        widget.setGroups(m_system, m_user);
+        const auto* model = widget.findChild<QTreeView*>()->model();
+        const auto nth = [model](int row) {
+            return model->index(row, 0, model->index(1, 0)).data(SideBarModel::GroupIdRole).toInt();
+        };
+        QCOMPARE(nth(0), ape);
+        settings->setValue(KrvUiSettings::SidGroupSortOrder, int(Qt::DescendingOrder));
+        QCOMPARE(nth(0), zebra);
+        settings->setValue(KrvUiSettings::SidGroupSortOrder, int(Qt::AscendingOrder));
+        settings->setValue(KrvUiSettings::SidGroupSortBy, int(SideBarModel::GroupIdRole));
+        QCOMPARE(nth(0), zebra);
+    }
+
+    void choosingAGroupSaysWhich()
+    {
+        const int group = addGroup(QStringLiteral("Mine"));
+        SideBarWidget widget;
+        widget.setGroups(m_system, m_user);
+        widget.show();
+        auto* view = widget.findChild<QTreeView*>(QStringLiteral("treeView"));
+        QSignalSpy spy(&widget, &SideBarWidget::groupIdSelected);
+        const auto* model = static_cast<SideBarModel*>(view->model());
+        const QPoint place = view->visualRect(model->indexOfGroup(group)).center();
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier, place);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(widget.selectedUserGroupId(), group);
+        QCOMPARE(widget.selectedGroup(), m_user->group(group));
+        // Headers are captions.
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, Qt::NoModifier,
+                          view->visualRect(model->index(0, 0)).center());
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(widget.selectedGroupId(), group);
+    }
+
+    void fontsAreDroppedOnGroups_data()
+    {
+        QTest::addColumn<bool>("hidden");
+        QTest::newRow("fonts") << false;
+        QTest::newRow("hidden fonts") << true;
+    }
+
+    void fontsAreDroppedOnGroups()
+    {
+        QFETCH(bool, hidden);
+        SideBarWidget widget;
+        widget.setGroups(m_system, m_user);
+        widget.show();
+        auto* view = widget.findChild<QTreeView*>(QStringLiteral("treeView"));
+        const auto* model = static_cast<SideBarModel*>(view->model());
+        const std::unique_ptr<QMimeData> data(fonts::createMimeData(m_library->repository->fonts(), hidden));
+        QSignalSpy spy(&widget, &SideBarWidget::fontsDropped);
+        drop(view, data.get(), view->visualRect(model->indexOfGroup(SystemFontGroupList::AllFonts)).center());
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.last().at(0).value<QList<int>>(), m_ids);
+        QCOMPARE(spy.last().at(1).toInt(), int(SystemFontGroupList::AllFonts));
+        drop(view, data.get(), view->visualRect(model->index(0, 0)).center());
+        drop(view, data.get(), QPoint(5, view->viewport()->height() - 2));
+        const QMimeData nothing;
+        drop(view, &nothing, view->visualRect(model->indexOfGroup(SystemFontGroupList::AllFonts)).center());
+        QCOMPARE(spy.count(), 1);
+    }
+
+private:
+    int addGroup(const QString& name) { return m_library->userDatabase->addGroup(name, 0); }
+
+    static void drop(QTreeView* view, const QMimeData* data, const QPoint& place)
+    {
+        // The framework delivers a drop to whoever accepted the drag.
+        QDragEnterEvent enter(place, Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(view->viewport(), &enter);
+        QDragMoveEvent move(place, Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(view->viewport(), &move);
+        QDropEvent event(place, Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(view->viewport(), &event);
+    }
+
+    std::unique_ptr<TestLibrary> m_library;
+    QList<int> m_ids;
+    FontGroupPtr m_all;
+    QSharedPointer<SystemFontGroupList> m_system;
+    QSharedPointer<UserFontGroupList> m_user;
+};
+
+KERVAL_TEST(SideBarTest)
+#include "SideBarTest.moc"

@@ -1,0 +1,63 @@
+#include "tests/qtService/ui/WindowLibrary.h"
+
+#include "qtService/app/core/SettingsFolders.h"
+#include "qtService/app/service/FontManagementService.h"
+#include "qtService/database/KrvFontRepository.h"
+#include "tests/support/testtree.h"
+
+#include <QDir>
+#include <QtTest>
+
+WindowLibrary::WindowLibrary()
+{
+    using kerval::testing::writeFile;
+    QDir(krv::userSettingsFolder()).removeRecursively();
+    QDir(m_folder.path()).mkpath(QStringLiteral("fonts"));
+    const QByteArray root = QFile::encodeName(m_folder.path());
+    writeFile(m_folder.filePath(QStringLiteral("fonts.conf")),
+              "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"urn:fontconfig:fonts.dtd\"><fontconfig><dir>" +
+                  root + "/sys</dir><dir>" + qgetenv("XDG_DATA_HOME") + "/fonts</dir><cachedir>" + root +
+                  "/cache</cachedir><include ignore_missing=\"yes\">" + qgetenv("XDG_CONFIG_HOME") +
+                  "/fontconfig/conf.d</include></fontconfig>");
+    qputenv("FONTCONFIG_FILE", root + "/fonts.conf");
+    m_service = QSharedPointer<FontManagementService>::create();
+    m_service->start();
+    if (!QTest::qWaitFor([this] { return m_service->isStarted(); }, 30000))
+        qFatal("the service does not start");
+}
+
+WindowLibrary::~WindowLibrary()
+{
+    m_service->stop();
+    if (!QTest::qWaitFor([this] { return !m_service->isStarted(); }, 30000))
+        qFatal("the service does not stop");
+}
+
+QList<int> WindowLibrary::addFonts(int count)
+{
+    static const QString source = QStringLiteral("/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf");
+    QList<StaticFontPtr> fonts;
+    QList<int> ids;
+    for (int i = 1; i <= count; ++i) {
+        const auto font = StaticFontPtr::create();
+        const QString file = m_folder.filePath(QStringLiteral("fonts/font%1.ttf").arg(i));
+        QFile::link(source, file);
+        font->setFileName(file);
+        font->setFileHash(QStringLiteral("hash%1").arg(i));
+        font->setFamilyName(QStringLiteral("Family %1").arg(i));
+        font->setStyleName(QStringLiteral("Book"));
+        font->setPostScriptName(QStringLiteral("Family%1-Book").arg(i));
+        font->setFormat(QStringLiteral("TrueType"));
+        font->setDateAdded(QDateTime::currentDateTime());
+        fonts.append(font);
+    }
+    m_service->repository()->addFonts(fonts);
+    for (const StaticFontPtr& font : qAsConst(fonts))
+        ids.append(font->id());
+    return ids;
+}
+
+StaticFontPtr WindowLibrary::font(int id) const
+{
+    return m_service->repository()->font(id);
+}

@@ -1,0 +1,16 @@
+#include "tests/support/testregistry.h"
+
+#include <QApplication>
+
+namespace {
+
+const bool factorySet = [] {
+    kerval::testing::setApplicationFactory([](int& argc, char** argv) -> std::unique_ptr<QObject> {
+        auto application = std::make_unique<QApplication>(argc, argv);
+        QApplication::setQuitOnLastWindowClosed(false);
+        return application;
+    });
+    return true;
+}();
+
+} // namespace
