@@ -294,6 +294,15 @@ void KrvFontsView::resetState(ResetStateMode mode)
     scrollToTop();
 }
 
+// The base class selects from first to last row in the first column alone, and nothing where that column is hidden.
+void KrvFontsView::selectAll()
+{
+    if (!m_model || m_model->rowCount() == 0)
+        return;
+    const QItemSelection all(m_model->index(0, 0), m_model->index(m_model->rowCount() - 1, 0));
+    selectionModel()->select(all, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
 QList<int> KrvFontsView::selectedFontIds() const
 {
     QList<int> ids;

@@ -44,6 +44,7 @@ public slots:
     void showWaitIndicator();
     void hideWaitIndicator();
     void resetState(KrvFontsView::ResetStateMode mode);
+    void selectAll() override;
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
