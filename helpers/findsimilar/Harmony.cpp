@@ -12,6 +12,8 @@ namespace kerval::helpers {
 
 namespace {
 
+// What a face without any merit for the use costs: as much as half a step in weight and in width together.
+constexpr double kScoreWeight = 3;
 constexpr double kFurtherCut = 1.0;
 constexpr double kSuperfamilyBonus = 0.4;
 constexpr double kSameKind = 2.5;   // what a pairing of two faces of one kind costs
@@ -68,7 +70,7 @@ double Harmony::contrastDeviance(const Traits& base, const Traits& other) const
 {
     const double kind = base.text && base.serif == other.serif ? kSameKind : 0;
     return kind + logDistance(base.xHeight, other.xHeight, 0.10) + logDistance(base.width, other.width, 0.15) +
-           logDistance(base.weight, other.weight, 0.30) + 8 * std::fabs(base.slant - other.slant) +
+           logDistance(base.weight, other.weight, 0.30) + 16 * std::fabs(base.slant - other.slant) +
            (other.typewriter != base.typewriter ? 1 : 0);
 }
 
@@ -79,7 +81,7 @@ double Harmony::bodyDeviance(const Traits& base, const Traits& other) const
     const double competing = std::max(0.0, other.weight / std::max(base.weight, 1.0) - 1) * 2;
     return kind + competing + logDistance(kBookWeight, other.weight, 0.25) +
            0.5 * logDistance(base.xHeight, other.xHeight, 0.10) + 0.5 * logDistance(base.width, other.width, 0.15) +
-           12 * std::fabs(other.slant) + (other.typewriter ? 1.5 : 0);
+           110 * std::fabs(other.slant) + (other.typewriter ? 1.5 : 0);
 }
 
 double Harmony::headlineDeviance(const Traits& base, const Traits& other) const
@@ -90,7 +92,8 @@ double Harmony::headlineDeviance(const Traits& base, const Traits& other) const
     const double weak = std::max(0.0, 0.6 - strength) / 0.25;
     const double heavy = std::max(0.0, strength - 1.5) / 0.25;
     return kind + (other.text ? 1.0 : 0.4) * weak + heavy + 0.5 * logDistance(base.xHeight, other.xHeight, 0.10) +
-           0.5 * logDistance(base.width, other.width, 0.20) + 6 * std::fabs(other.slant) + (other.typewriter ? 1.5 : 0);
+           0.5 * logDistance(base.width, other.width, 0.20) + 10 * std::fabs(other.slant) +
+           (other.typewriter ? 1.5 : 0);
 }
 
 std::vector<Match> Harmony::sameFamily(const SimilarityQuery& query) const
@@ -129,14 +132,15 @@ std::vector<Match> Harmony::matches(SimilarityMethod method, const SimilarityQue
             continue;
         }
         const Traits other = traitsOf(font);
-        const bool suits = method == SimilarityMethod::Headline ? !m_folder.className(font).empty() : other.text;
+        const bool suits =
+            method == SimilarityMethod::Headline ? other.text || m_folder.className(font) == "headline" : other.text;
         if (!suits || other.present < 1) {
             continue;
         }
         double deviance = method == SimilarityMethod::Contrast ? contrastDeviance(base, other)
                           : method == SimilarityMethod::Body   ? bodyDeviance(base, other)
                                                                : headlineDeviance(base, other);
-        deviance += scoreLack(font, method == SimilarityMethod::Headline ? 2 : 1);
+        deviance += kScoreWeight * scoreLack(font, method == SimilarityMethod::Headline ? 2 : 1);
         // Made for each other by one designer.
         if (!name.superfamily.empty() && base.serif != other.serif &&
             DesignName::of(m_folder.postScriptName(font)).superfamily == name.superfamily) {

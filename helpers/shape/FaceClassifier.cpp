@@ -313,6 +313,7 @@ FaceClass FaceClass::of(FT_Face face, const FaceShape& shape, const Features& fe
     const LetterStatistics lower = statistics(features, 0, kCaseLetters);
     const LetterStatistics upper = statistics(features, kCaseLetters, kCaseLetters);
     const SmallLetters small = smallLetters(shape, features);
+    result.ownSmallLetters = lower.count == kCaseLetters && small == SmallLetters::Own;
     if (small == SmallLetters::SmallCapitals) {
         keywords.add(Smallcaps, "Smallcaps");
     }

@@ -20,7 +20,8 @@ struct FaceClass
     bool serif = false;
     bool monospaced = false;
     bool symbol = false;
-    bool text = false; // made for reading: none of the classes for show
+    bool text = false;           // made for reading: none of the classes for show
+    bool ownSmallLetters = true; // complete and no second set of capitals
     unsigned char serifStyle = 0;
     unsigned char styleField = 0;
     std::string keywords; // joined by ", "; holds "serif" in any spelling only for a face with serifs

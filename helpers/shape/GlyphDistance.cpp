@@ -11,12 +11,12 @@ constexpr int kLanes = 8;
 // From bench/similarity: the inverse of each value's spread over the faces of the training families, adjusted by how
 // well it tells members of one design from others there, over 61.
 constexpr std::array<float, kGlyphValueCount> kWeights = {
-    0.04787F, 0.1494F,  0.01903F, 0.02611F, 0.05146F, 0.02764F, 0.09153F, 0.1365F,  0.07949F, 0.1089F, 0.08591F,
-    0.1789F,  0.2326F,  0.2776F,  0.4183F,  0.7393F,  0.5078F,  0.5736F,  0.5692F,  0.6396F,  0.9418F, 1.033F,
-    0.7873F,  0.9858F,  0.7093F,  0.2366F,  0.2793F,  0.2542F,  0.1946F,  0.1758F,  0.2072F,  0.1731F, 0.08757F,
-    0.1495F,  0.07645F, 0.101F,   0.4973F,  0.4214F,  0.509F,   0.2703F,  0.07509F, 0.04573F, 0.239F,  0.3092F,
-    0.17F,    0.3635F,  0.2695F,  0.3219F,  0.7216F,  0.6541F,  0.3481F,  0.1918F,  0.3481F,  0.3327F, 0.7583F,
-    0.05853F, 0.235F,   0.2149F,  0.223F,   0.2875F,  0.1493F};
+    0.04457F, 0.1352F,  0.01464F, 0.02261F, 0.05011F, 0.01516F, 0.09484F, 0.1188F,  0.09122F, 0.1101F, 0.0838F,
+    0.1304F,  0.2041F,  0.3085F,  0.4258F,  0.6334F,  0.5549F,  0.5395F,  0.5926F,  0.5888F,  0.9547F, 0.8718F,
+    0.7609F,  1.013F,   0.7156F,  0.1779F,  0.2986F,  0.2686F,  0.1965F,  0.1948F,  0.188F,   0.1869F, 0.08546F,
+    0.164F,   0.07958F, 0.08191F, 0.2839F,  0.2349F,  0.2913F,  0.221F,   0.06691F, 0.03253F, 0.2511F, 0.3588F,
+    0.1868F,  0.3811F,  0.2687F,  0.3419F,  0.4403F,  0.4975F,  0.2698F,  0.2062F,  0.3854F,  0.3019F, 0.4728F,
+    0.05599F, 0.1676F,  0.1054F,  0.2447F,  0.3821F,  0.1093F};
 
 // Eight sums side by side: the compiler may not reorder one float sum, but it can run these in vector registers.
 template <int Count>

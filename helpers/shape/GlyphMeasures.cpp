@@ -14,14 +14,18 @@ namespace {
 constexpr float kPi = 3.14159265F;
 constexpr float kSomeInk = 0.08F;
 
-// Collects run lengths in quarters of a pixel.
+// Collects run lengths in quarters of a pixel, up to the side of the ink.
 class RunCounter
 {
 public:
+    explicit RunCounter(int longest)
+        : m_bins(static_cast<std::size_t>(longest) * 4 + 1)
+    {
+    }
+
     void add(float length)
     {
-        const int bin = static_cast<int>(length * 4);
-        ++m_bins[static_cast<std::size_t>(std::min(bin, kBins - 1))];
+        ++m_bins[std::min(static_cast<std::size_t>(length * 4), m_bins.size() - 1)];
         ++m_count;
     }
 
@@ -32,29 +36,24 @@ public:
         if (m_count == 0) {
             return runs;
         }
-        runs.low = at(m_count * 0.2F);
-        runs.middle = at(m_count * 0.5F);
-        runs.high = at(m_count * 0.8F);
+        const auto count = static_cast<float>(m_count);
+        float* const targets[] = {&runs.low, &runs.middle, &runs.high};
+        const float ranks[] = {count * 0.2F, count * 0.5F, count * 0.8F};
+        std::size_t wanted = 0;
+        float below = 0;
+        for (std::size_t bin = 0; bin < m_bins.size() && wanted < 3; ++bin) {
+            const auto here = static_cast<float>(m_bins[bin]);
+            while (wanted < 3 && here > 0 && below + here >= ranks[wanted]) {
+                *targets[wanted] = (static_cast<float>(bin) + (ranks[wanted] - below) / here) / 4;
+                ++wanted;
+            }
+            below += here;
+        }
         return runs;
     }
 
 private:
-    static constexpr int kBins = 4 * 260;
-
-    float at(float rank) const
-    {
-        float below = 0;
-        for (int bin = 0; bin < kBins; ++bin) {
-            const auto here = static_cast<float>(m_bins[static_cast<std::size_t>(bin)]);
-            if (below + here >= rank && here > 0) {
-                return (static_cast<float>(bin) + (rank - below) / here) / 4;
-            }
-            below += here;
-        }
-        return 0;
-    }
-
-    std::array<int, kBins> m_bins{};
+    std::vector<std::uint16_t> m_bins;
     int m_count = 0;
 };
 
@@ -92,7 +91,7 @@ int visitRuns(const float* ink, int length, int step, Visit visit)
 
 void measureRows(const GlyphInk& ink, GlyphMeasures& measures)
 {
-    RunCounter across;
+    RunCounter across(ink.columns());
     std::array<int, 3> rowsOfThird{};
     std::array<int, GlyphMeasures::kBands> rowsOfBand{};
     const int edge = std::max(1, static_cast<int>(std::lround(ink.rows() * 0.05F)));
@@ -139,7 +138,7 @@ void measureRows(const GlyphInk& ink, GlyphMeasures& measures)
 
 void measureColumns(const GlyphInk& ink, GlyphMeasures& measures)
 {
-    RunCounter down;
+    RunCounter down(ink.rows());
     const int step = static_cast<int>(ink.row(1) - ink.row(0));
     int crossings = 0;
     std::array<int, GlyphMeasures::kBands> columnsOfBand{};
@@ -167,17 +166,52 @@ void measureColumns(const GlyphInk& ink, GlyphMeasures& measures)
     measures.columnCrossings = static_cast<float>(crossings) / static_cast<float>(ink.columns());
 }
 
-// Cosines of 0, 1 and 2 half waves over the box at the corners between pixels.
-std::vector<std::array<float, 3>> halfWaves(int count, float begin, float length)
+// Cosines of 1 and 2 half waves over the box at the corners between pixels.
+struct HalfWaves
 {
-    std::vector<std::array<float, 3>> waves(static_cast<std::size_t>(count) + 1);
-    for (std::size_t i = 0; i < waves.size(); ++i) {
-        const float t = std::clamp((static_cast<float>(i) - begin) / length, 0.0F, 1.0F);
-        const float once = std::cos(kPi * t);
-        waves[i] = {1, once, 2 * once * once - 1};
+    HalfWaves(int count, float begin, float length)
+        : once(static_cast<std::size_t>(count) + 1)
+        , twice(static_cast<std::size_t>(count) + 1)
+    {
+        for (std::size_t i = 0; i < once.size(); ++i) {
+            once[i] = std::cos(kPi * std::clamp((static_cast<float>(i) - begin) / length, 0.0F, 1.0F));
+            twice[i] = 2 * once[i] * once[i] - 1;
+        }
     }
-    return waves;
-}
+
+    std::vector<float> once;
+    std::vector<float> twice;
+};
+
+// The corners of one row that the outline passes, packed: few of them do, and what follows costs most by the corner.
+struct PassedCorners
+{
+    explicit PassedCorners(int columns)
+        : place(static_cast<std::size_t>(columns) + 1)
+        , gx(place.size())
+        , gy(place.size())
+    {
+    }
+
+    void collect(const float* upper, const float* lower)
+    {
+        count = 0;
+        for (std::size_t x = 0; x < place.size(); ++x) {
+            // The left of the four pixels is one column before the corner: row() has a margin for it.
+            const float falling = lower[x] - upper[static_cast<std::ptrdiff_t>(x) - 1];
+            const float rising = upper[x] - lower[static_cast<std::ptrdiff_t>(x) - 1];
+            place[count] = x;
+            gx[count] = 0.5F * (falling + rising);
+            gy[count] = 0.5F * (falling - rising);
+            count += falling * falling + rising * rising > 2e-4F ? 1 : 0;
+        }
+    }
+
+    std::size_t count = 0;
+    std::vector<std::size_t> place;
+    std::vector<float> gx;
+    std::vector<float> gy;
+};
 
 // The gradient between four pixels points across the outline; its length adds up to the outline's length.
 void measureEdges(const GlyphInk& ink, GlyphMeasures& measures)
@@ -190,65 +224,47 @@ void measureEdges(const GlyphInk& ink, GlyphMeasures& measures)
         Sin4,
         ChannelCount
     };
-    const auto across = halfWaves(ink.columns(), ink.boxLeft(), ink.boxWidth());
-    const auto down = halfWaves(ink.rows(), ink.boxTop(), ink.boxHeight());
+    const HalfWaves across(ink.columns(), ink.boxLeft(), ink.boxWidth());
+    const HalfWaves down(ink.rows(), ink.boxTop(), ink.boxHeight());
+    PassedCorners corners(ink.columns());
     float perimeter = 0;
     float slantSum = 0;
     float slantWeight = 0;
     std::array<float, 2> sixth{};
-    float moments[ChannelCount][3][3] = {};
-    const int corners = ink.columns() + 1;
-    std::vector<float> buffer(static_cast<std::size_t>(corners) * 3);
-    float* __restrict const gradientX = buffer.data();
-    float* __restrict const gradientY = gradientX + corners;
-    float* __restrict const squares = gradientY + corners;
+    float moments[ChannelCount][3][3] = {}; // channel, half waves down, half waves across
     for (int y = -1; y < ink.rows(); ++y) {
-        const float* upper = ink.row(y);
-        const float* lower = ink.row(y + 1);
-        float rowMoments[3][ChannelCount] = {};
-        // Most pixels have no edge: what finds them out is a loop of its own, which compilers run several pixels at a
-        // time.
-        for (int i = 0; i < corners; ++i) {
-            const float falling = lower[i] - upper[i - 1];
-            const float rising = upper[i] - lower[i - 1];
-            gradientX[i] = 0.5F * (falling + rising);
-            gradientY[i] = 0.5F * (falling - rising);
-            squares[i] = gradientX[i] * gradientX[i] + gradientY[i] * gradientY[i];
-        }
-        for (int i = 0; i < corners; ++i) {
-            const float square = squares[i];
-            if (square < 1e-4F) {
-                continue;
-            }
-            const float gx = gradientX[i];
-            const float gy = gradientY[i];
+        corners.collect(ink.row(y), ink.row(y + 1));
+        float sums[ChannelCount][3] = {};
+        for (std::size_t i = 0; i < corners.count; ++i) {
+            const float gx = corners.gx[i];
+            const float gy = corners.gy[i];
+            const float square = gx * gx + gy * gy;
             const float strength = std::sqrt(square);
-            perimeter += strength;
-            const float inverse = 1 / square;
-            const float cos2 = (gx * gx - gy * gy) * inverse;
-            const float sin2 = 2 * gx * gy * inverse;
+            const float cos2 = (gx * gx - gy * gy) / square;
+            const float sin2 = 2 * gx * gy / square;
             const float cos4 = cos2 * cos2 - sin2 * sin2;
             const float sin4 = 2 * cos2 * sin2;
+            perimeter += strength;
             sixth[0] += strength * (cos4 * cos2 - sin4 * sin2);
             sixth[1] += strength * (sin4 * cos2 + cos4 * sin2);
-            const std::array<float, 3>& waves = across[static_cast<std::size_t>(i)];
-            const float harmonics[ChannelCount] = {cos2, sin2, cos4, sin4};
-            for (int u = 0; u < 3; ++u) {
-                const float weight = strength * waves[static_cast<std::size_t>(u)];
-                for (int channel = 0; channel < ChannelCount; ++channel) {
-                    rowMoments[u][channel] += weight * harmonics[channel];
-                }
+            const float once = strength * across.once[corners.place[i]];
+            const float channels[ChannelCount] = {cos2, sin2, cos4, sin4};
+            for (int channel = 0; channel < ChannelCount; ++channel) {
+                sums[channel][0] += strength * channels[channel];
+                sums[channel][1] += once * channels[channel];
             }
+            sums[Sin2][2] += strength * across.twice[corners.place[i]] * sin2;
             if (std::fabs(gy) < 0.7F * std::fabs(gx)) {
                 slantSum += strength * gy / gx;
                 slantWeight += strength;
             }
         }
+        const auto corner = static_cast<std::size_t>(y + 1);
+        const float waves[] = {1, down.once[corner], down.twice[corner]};
         for (int channel = 0; channel < ChannelCount; ++channel) {
             for (int v = 0; v < 3; ++v) {
                 for (int u = 0; u < 3; ++u) {
-                    moments[channel][v][u] +=
-                        rowMoments[u][channel] * down[static_cast<std::size_t>(y + 1)][static_cast<std::size_t>(v)];
+                    moments[channel][v][u] += sums[channel][u] * waves[v];
                 }
             }
         }
@@ -269,34 +285,43 @@ void measureEdges(const GlyphInk& ink, GlyphMeasures& measures)
     measures.slant = slantWeight > 0 ? slantSum / slantWeight : 0;
 }
 
+using Cosines = std::array<float, GlyphMeasures::kCosines>;
+
+// Cosines of 0, 1, 2 ... times the angle by their recurrence.
+Cosines cosinesOf(float angle)
+{
+    Cosines cosines{1, std::cos(angle)};
+    for (std::size_t k = 2; k < cosines.size(); ++k) {
+        cosines[k] = 2 * cosines[1] * cosines[k - 1] - cosines[k - 2];
+    }
+    return cosines;
+}
+
 void measureCosines(const GlyphInk& ink, GlyphMeasures& measures)
 {
-    constexpr int n = GlyphMeasures::kCosines;
-    std::vector<float> basis(static_cast<std::size_t>(ink.columns()) * n);
-    for (int x = 0; x < ink.columns(); ++x) {
-        const float t = std::clamp((static_cast<float>(x) + 0.5F - ink.boxLeft()) / ink.boxWidth(), 0.0F, 1.0F);
-        for (int u = 0; u < n; ++u) {
-            basis[static_cast<std::size_t>(x * n + u)] = std::cos(kPi * static_cast<float>(u) * t);
-        }
+    constexpr std::size_t n = GlyphMeasures::kCosines;
+    std::vector<Cosines> basis(static_cast<std::size_t>(ink.columns()));
+    for (std::size_t x = 0; x < basis.size(); ++x) {
+        basis[x] =
+            cosinesOf(kPi * std::clamp((static_cast<float>(x) + 0.5F - ink.boxLeft()) / ink.boxWidth(), 0.0F, 1.0F));
     }
     float area = 0;
     for (int y = 0; y < ink.rows(); ++y) {
-        std::array<float, n> sums{};
+        Cosines sums{};
         const float* row = ink.row(y);
-        for (int x = 0; x < ink.columns(); ++x) {
-            if (row[x] == 0) {
-                continue;
-            }
-            for (int u = 0; u < n; ++u) {
-                sums[static_cast<std::size_t>(u)] += row[x] * basis[static_cast<std::size_t>(x * n + u)];
+        for (std::size_t x = 0; x < basis.size(); ++x) {
+            if (row[x] != 0) {
+                for (std::size_t u = 0; u < n; ++u) {
+                    sums[u] += row[x] * basis[x][u];
+                }
             }
         }
         area += sums[0];
-        const float t = std::clamp((static_cast<float>(y) + 0.5F - ink.boxTop()) / ink.boxHeight(), 0.0F, 1.0F);
-        for (int v = 0; v < n; ++v) {
-            const float weight = std::cos(kPi * static_cast<float>(v) * t);
-            for (int u = 0; u < n; ++u) {
-                measures.cosines[static_cast<std::size_t>(v * n + u)] += weight * sums[static_cast<std::size_t>(u)];
+        const Cosines down =
+            cosinesOf(kPi * std::clamp((static_cast<float>(y) + 0.5F - ink.boxTop()) / ink.boxHeight(), 0.0F, 1.0F));
+        for (std::size_t v = 0; v < n; ++v) {
+            for (std::size_t u = 0; u < n; ++u) {
+                measures.cosines[v * n + u] += down[v] * sums[u];
             }
         }
     }
@@ -307,56 +332,94 @@ void measureCosines(const GlyphInk& ink, GlyphMeasures& measures)
     }
 }
 
-// White that the margin cannot reach is enclosed.
-void measureHoles(const GlyphInk& ink, GlyphMeasures& measures)
+// White stretches of the rows, joined where those of neighbouring rows touch. The margin of one pixel around the grid
+// is white, so what it cannot reach is enclosed.
+class WhiteRegions
 {
-    // Around the margin a frame that counts as taken, so that no step has to look for the end of a row.
-    const int stride = ink.columns() + 4;
-    const int end = stride * (ink.rows() + 4);
-    std::vector<std::uint8_t> taken(static_cast<std::size_t>(end), 1);
-    for (int y = 0; y < ink.rows() + 2; ++y) {
-        const auto begin = taken.begin() + static_cast<std::ptrdiff_t>(y + 1) * stride + 1;
-        std::fill(begin, begin + ink.columns() + 2, std::uint8_t{0});
+public:
+    void startRow()
+    {
+        m_above.swap(m_current);
+        m_current.clear();
+        m_next = 0;
     }
-    for (int y = 0; y < ink.rows(); ++y) {
-        const float* row = ink.row(y);
-        std::uint8_t* target = &taken[static_cast<std::size_t>((y + 2) * stride + 2)];
-        for (int x = 0; x < ink.columns(); ++x) {
-            target[x] = row[x] >= 0.4F;
+
+    void add(int begin, int end)
+    {
+        int region = static_cast<int>(m_parents.size());
+        m_parents.push_back(region);
+        m_sizes.push_back(end - begin);
+        while (m_next < m_above.size() && m_above[m_next].end <= begin) {
+            ++m_next;
         }
-    }
-    std::vector<int> open(static_cast<std::size_t>(end));
-    const auto flood = [&](int start) {
-        std::size_t count = 0;
-        int size = 0;
-        const auto take = [&](int place) {
-            if (!taken[static_cast<std::size_t>(place)]) {
-                taken[static_cast<std::size_t>(place)] = 1;
-                open[count++] = place;
+        for (std::size_t i = m_next; i < m_above.size() && m_above[i].begin < end; ++i) {
+            const int other = root(m_above[i].region);
+            region = root(region);
+            if (other != region) {
+                m_parents[static_cast<std::size_t>(region)] = other;
+                m_sizes[static_cast<std::size_t>(other)] += m_sizes[static_cast<std::size_t>(region)];
             }
-        };
-        take(start);
-        while (count > 0) {
-            const int here = open[--count];
-            ++size;
-            take(here - stride);
-            take(here + stride);
-            take(here - 1);
-            take(here + 1);
         }
-        return size;
-    };
-    flood(stride + 1);
-    const float box = ink.boxWidth() * ink.boxHeight();
-    for (int place = 0; place < end; ++place) {
-        if (!taken[static_cast<std::size_t>(place)]) {
-            const auto size = static_cast<float>(flood(place));
-            if (size > 0.002F * box) { // smaller ones are noise of the raster
+        m_current.push_back({begin, end, region});
+    }
+
+    void count(float box, GlyphMeasures& measures)
+    {
+        const int outside = m_parents.empty() ? -1 : root(0); // the first stretch is the upper margin
+        for (int region = 0; region < static_cast<int>(m_parents.size()); ++region) {
+            const auto size = static_cast<float>(m_sizes[static_cast<std::size_t>(region)]);
+            // Smaller ones are noise of the raster.
+            if (root(region) == region && region != outside && size > 0.002F * box) {
                 measures.holes += size / box;
                 ++measures.holeCount;
             }
         }
     }
+
+private:
+    struct Stretch
+    {
+        int begin;
+        int end;
+        int region;
+    };
+
+    int root(int region)
+    {
+        while (m_parents[static_cast<std::size_t>(region)] != region) {
+            int& parent = m_parents[static_cast<std::size_t>(region)];
+            parent = m_parents[static_cast<std::size_t>(parent)];
+            region = parent;
+        }
+        return region;
+    }
+
+    std::vector<int> m_parents;
+    std::vector<int> m_sizes;
+    std::vector<Stretch> m_above;
+    std::vector<Stretch> m_current;
+    std::size_t m_next = 0;
+};
+
+void measureHoles(const GlyphInk& ink, GlyphMeasures& measures)
+{
+    constexpr float dark = 0.4F;
+    WhiteRegions regions;
+    for (int y = -1; y <= ink.rows(); ++y) {
+        const float* row = ink.row(y);
+        regions.startRow();
+        int begin = -1;
+        for (int x = 0; x < ink.columns(); ++x) {
+            if (row[x] >= dark) {
+                if (x > begin) {
+                    regions.add(begin, x);
+                }
+                begin = x + 1;
+            }
+        }
+        regions.add(begin, ink.columns() + 1);
+    }
+    regions.count(ink.boxWidth() * ink.boxHeight(), measures);
 }
 
 } // namespace

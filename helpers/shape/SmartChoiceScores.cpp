@@ -70,8 +70,9 @@ SmartChoiceScores SmartChoiceScores::of(FT_Face face, const FaceShape& shape, co
 
     const float bookWeight = nearness(logWeight, std::log(138.0F), 0.9F);
     const float normalWidth = nearness(static_cast<float>(measures.specificWidth), 1330, 600);
-    const float sturdy = nearness(logContrast, std::log(1.7F), 1.1F); // hairlines break up at small sizes
-    const float reading = (faceClass.text ? 1 : 0.25F) * (faceClass.monospaced ? 0.4F : 1);
+    const float sturdy = nearness(logContrast, std::log(2.0F), 1.5F); // hairlines break up at small sizes
+    const float reading =
+        (faceClass.text ? 1 : 0.25F) * (faceClass.ownSmallLetters ? 1 : 0.3F) * (faceClass.monospaced ? 0.4F : 1);
     const float body = complete * reading *
                        (0.24F * bookWeight + 0.14F * xHeight + 0.12F * normalWidth + 0.12F * upright + 0.10F * sturdy +
                         0.08F * even + 0.10F * covered + 0.06F * kerned + 0.04F * hinted);
@@ -85,7 +86,7 @@ SmartChoiceScores SmartChoiceScores::of(FT_Face face, const FaceShape& shape, co
                         0.06F * upright + 0.04F * hinted);
     scores.body = static_cast<int>(std::lround(1000 * body));
     scores.head = static_cast<int>(std::lround(1000 * head));
-    scores.all = static_cast<int>(std::lround(500 * (body + head)));
+    scores.all = static_cast<int>(std::lround(750 * body + 250 * head)); // most of what is set is text;
     return scores;
 }
 

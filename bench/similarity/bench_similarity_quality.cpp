@@ -1,0 +1,344 @@
+// How well the shape values and classes agree with what is known of the families in designs.txt. Rows say "held out"
+// for families that had no part in tuning (heldout.txt) and "tuned on" for the others; targets count for the first.
+#include "bench/similarity/DesignLabels.h"
+#include "bench/similarity/FontSurvey.h"
+#include "bench/support/bench.h"
+
+#include "helpers/shape/GlyphDistance.h"
+
+#include <QFileInfo>
+#include <QMap>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <numeric>
+
+using namespace kerval::bench;
+
+namespace {
+
+constexpr float Nowhere = std::numeric_limits<float>::infinity();
+constexpr double OtherClass = 0.1; // as the similarity program counts it
+
+struct Face
+{
+    SurveyedFace font;
+    DesignLabels::Family label;
+    NamedStyle style;
+    QString mainClass;
+
+    bool isSerif() const { return label.kind == QLatin1String("serif") || label.kind == QLatin1String("monoserif"); }
+    bool isMono() const { return label.kind.startsWith(QLatin1String("mono")); }
+    bool isText() const { return isSerif() || isMono() || label.kind == QLatin1String("sans"); }
+    QString kind() const { return isMono() ? QStringLiteral("mono") : label.kind; }
+    bool has(const char* keyword) const
+    {
+        return QString::fromStdString(font.analysis.classification)
+            .contains(QLatin1String(keyword), Qt::CaseInsensitive);
+    }
+};
+
+struct Share
+{
+    int good = 0;
+    int all = 0;
+    void count(bool success)
+    {
+        good += success ? 1 : 0;
+        ++all;
+    }
+    double percent() const { return all ? 100.0 * good / all : 0; }
+};
+
+using Scores = QMap<QString, QMap<bool, Share>>; // what is measured -> held out -> share
+
+// One file for each face: outlines of one face in several formats would find each other.
+std::vector<Face> catalogue(const std::vector<SurveyedFace>& fonts, DesignLabels& labels,
+                            QVector<QPair<int, int>>* formats)
+{
+    QHash<QString, int> known;
+    std::vector<Face> faces;
+    for (const SurveyedFace& font : fonts) {
+        const DesignLabels::Family& label = labels.family(font.family);
+        if (label.kind.isEmpty())
+            continue;
+        const QString key = font.postScriptName.toLower() + QLatin1Char('/') + font.family;
+        const auto earlier = known.constFind(key);
+        const QString suffix = QFileInfo(font.file).suffix();
+        if (earlier != known.constEnd()) {
+            if (QFileInfo(faces[*earlier].font.file).suffix() != suffix)
+                formats->append({*earlier, int(faces.size())});
+            else
+                continue;
+        }
+        known.insert(key, int(faces.size()));
+        const QString first = QString::fromStdString(font.analysis.classification).section(QLatin1String(", "), 0, 0);
+        faces.push_back({font, label, NamedStyle::of(font.family, font.style, font.postScriptName), first});
+    }
+    return faces;
+}
+
+float distance(const Face& one, const Face& other)
+{
+    float sum = 0;
+    int common = 0;
+    int missing = 0;
+    for (const char character : {'h', 't', 'l', 'a', 'f'}) {
+        const auto place = std::size_t(krv::featureLetterIndex(character));
+        const krv::GlyphFeatures& mine = one.font.analysis.features[place];
+        const krv::GlyphFeatures& its = other.font.analysis.features[place];
+        if (!krv::isMeasured(mine))
+            continue;
+        if (krv::isMeasured(its)) {
+            sum += krv::glyphDistance(mine.data(), its.data());
+            ++common;
+        } else {
+            ++missing;
+        }
+    }
+    if (common == 0)
+        return Nowhere;
+    return sum / float(common) * (1 + 0.15F * float(missing)) +
+           float(one.mainClass == other.mainClass ? 0 : OtherClass);
+}
+
+// The outcome of one question: is the nearest of the right answers before all of the wrong ones?
+void judge(Scores& scores, const QString& what, const Face& asked, const QVector<float>& distances,
+           const QVector<char>& right, const QVector<char>& wrong, int among = 1)
+{
+    float nearest = Nowhere;
+    for (int i = 0; i < distances.size(); ++i)
+        nearest = right[i] ? std::min(nearest, distances[i]) : nearest;
+    if (nearest == Nowhere)
+        return;
+    int before = 0;
+    for (int i = 0; i < distances.size(); ++i)
+        before += wrong[i] && distances[i] < nearest ? 1 : 0;
+    scores[what][asked.label.heldOut].count(before < among);
+}
+
+void judgeFace(const std::vector<Face>& faces, int asked, Scores& scores)
+{
+    const Face& face = faces[asked];
+    const int count = int(faces.size());
+    QVector<float> distances(count);
+    QVector<char> cut(count), redrawn(count), alike(count), own(count), copy(count);
+    for (int i = 0; i < count; ++i) {
+        const Face& other = faces[i];
+        distances[i] = i == asked ? Nowhere : distance(face, other);
+        cut[i] = face.label.cuts.intersects(other.label.cuts);
+        redrawn[i] = face.label.redrawn.intersects(other.label.redrawn);
+        alike[i] = face.label.alike.intersects(other.label.alike);
+        own[i] = other.font.family == face.font.family;
+        copy[i] = i == asked || (own[i] && other.style == face.style);
+    }
+    QVector<char> right(count), wrong(count);
+    const auto ask = [&](const QString& what, auto isRight, auto isWrong, int among = 1) {
+        for (int i = 0; i < count; ++i) {
+            right[i] = i != asked && distances[i] < Nowhere && isRight(i, faces[i]);
+            wrong[i] = i != asked && distances[i] < Nowhere && !right[i] && isWrong(i, faces[i]);
+        }
+        judge(scores, what, face, distances, right, wrong, among);
+    };
+    const auto nearStyle = [&face](const Face& other) {
+        return other.style.italic == face.style.italic && std::abs(other.style.weight - face.style.weight) <= 100;
+    };
+    const auto twin = [&](int i, const Face& other) { return cut[i] && !own[i] && other.style == face.style; };
+    const auto noTwin = [&](int i, const Face& other) { return !copy[i] && !(cut[i] && nearStyle(other)); };
+    ask(QStringLiteral("twin first"), twin, noTwin);
+    ask(QStringLiteral("twin among ten"), twin, noTwin, 10);
+    if (face.style.weight == 400 || face.style.weight == 700) {
+        ask(
+            QStringLiteral("redrawn cut first"),
+            [&](int i, const Face& other) { return redrawn[i] && !cut[i] && !own[i] && nearStyle(other); },
+            [&](int i, const Face&) { return !cut[i] && !own[i] && !redrawn[i]; });
+    }
+    if (face.style == NamedStyle()) {
+        const auto like = [&](int i, const Face& other) {
+            return alike[i] && !cut[i] && !redrawn[i] && !own[i] && other.style == face.style;
+        };
+        const auto unlike = [&](int i, const Face& other) {
+            return !alike[i] && !cut[i] && !redrawn[i] && !own[i] && other.style == face.style;
+        };
+        ask(QStringLiteral("alike design first"), like, unlike);
+        for (int b = 0; b < count; ++b) {
+            for (int c = 0; b != asked && like(b, faces[b]) && c < count; ++c) {
+                if (c != asked && unlike(c, faces[c]) && faces[c].kind() == face.kind() && distances[b] < Nowhere)
+                    scores[QStringLiteral("B closer to A than C")][face.label.heldOut].count(distances[b] <
+                                                                                             distances[c]);
+            }
+        }
+    }
+    int nextWeight = 10000;
+    for (int i = 0; i < count; ++i) {
+        const int difference = std::abs(faces[i].style.weight - face.style.weight);
+        if (own[i] && difference > 0 && faces[i].style.sameBut(face.style))
+            nextWeight = std::min(nextWeight, difference);
+    }
+    if (nextWeight < 10000) {
+        ask(
+            QStringLiteral("next weight first"),
+            [&](int i, const Face& other) {
+                return (own[i] || cut[i]) && other.style.sameBut(face.style) &&
+                       std::abs(other.style.weight - face.style.weight) == nextWeight;
+            },
+            [&](int i, const Face& other) {
+                return !copy[i] && !((cut[i] || redrawn[i]) && other.style.weight == face.style.weight);
+            });
+    }
+    const QString firstWord = face.font.family.section(QLatin1Char(' '), 0, 0);
+    const auto unrelated = [&](int i, const Face& other) {
+        return !own[i] && !cut[i] && !redrawn[i] && !alike[i] &&
+               other.font.family.section(QLatin1Char(' '), 0, 0) != firstWord;
+    };
+    const auto sameKind = [&](int i, const Face& other) { return unrelated(i, other) && other.kind() == face.kind(); };
+    ask(QStringLiteral("unrelated of same class"), sameKind, unrelated);
+    ask(QStringLiteral("class ") + face.kind(), sameKind, unrelated);
+    if (face.isText()) {
+        ask(
+            QStringLiteral("serif or not"),
+            [&](int i, const Face& other) {
+                return unrelated(i, other) && other.isText() && other.isSerif() == face.isSerif();
+            },
+            [&](int i, const Face& other) { return unrelated(i, other) && other.isText(); });
+    }
+}
+
+double rankCorrelation(const QVector<double>& one, const QVector<double>& other)
+{
+    const auto ranks = [](const QVector<double>& values) {
+        std::vector<int> order(std::size_t(values.size()));
+        std::iota(order.begin(), order.end(), 0);
+        std::sort(order.begin(), order.end(), [&values](int a, int b) { return values[a] < values[b]; });
+        QVector<double> result(values.size());
+        for (std::size_t i = 0; i < order.size();) {
+            std::size_t end = i;
+            while (end < order.size() && values[order[end]] == values[order[i]])
+                ++end;
+            for (std::size_t k = i; k < end; ++k)
+                result[order[k]] = double(i + end - 1) / 2;
+            i = end;
+        }
+        return result;
+    };
+    const QVector<double> a = ranks(one);
+    const QVector<double> b = ranks(other);
+    const double middle = double(a.size() - 1) / 2;
+    double ab = 0, aa = 0, bb = 0;
+    for (int i = 0; i < a.size(); ++i) {
+        ab += (a[i] - middle) * (b[i] - middle);
+        aa += (a[i] - middle) * (a[i] - middle);
+        bb += (b[i] - middle) * (b[i] - middle);
+    }
+    return aa > 0 && bb > 0 ? ab / std::sqrt(aa * bb) : 0;
+}
+
+void reportRecords(const std::vector<Face>& faces)
+{
+    Share serif, mono;
+    QVector<double> measured, stated;
+    QMap<QString, std::array<int, 3>> found; // keyword -> right, given, wanted
+    const std::pair<const char*, const char*> keywords[] = {
+        {"Symbol", "symbol"}, {"Handwriting", "script"}, {"Headline", "display"}, {"Blackletter", "blackletter"}};
+    for (const Face& face : faces) {
+        const int weight = face.font.statedWeight;
+        if (face.isText() && weight >= 100 && weight <= 900 && weight % 50 == 0) {
+            measured << face.font.analysis.hwe;
+            stated << weight;
+        }
+        if (!face.label.heldOut)
+            continue;
+        if (face.isText()) {
+            serif.count(face.has("serif") == face.isSerif());
+            mono.count(face.has("monospace") == face.isMono());
+        }
+        for (const auto& [keyword, kind] : keywords) {
+            std::array<int, 3>& counts = found[QLatin1String(keyword)];
+            const bool is = face.label.kind == QLatin1String(kind);
+            counts[0] += face.has(keyword) && is;
+            counts[1] += face.has(keyword);
+            counts[2] += is;
+        }
+    }
+    atLeast("record: isSerif, held out", serif.percent(), 96, "%");
+    atLeast("record: isMonospacedClass of text faces, held out", mono.percent(), 98, "%");
+    const std::pair<const char*, double> targets[] = {
+        {"Symbol", 90}, {"Handwriting", 70}, {"Headline", 65}, {"Blackletter", 65}};
+    for (const auto& [keyword, target] : targets) {
+        const std::array<int, 3>& counts = found[QLatin1String(keyword)];
+        const int sum = counts[1] + counts[2];
+        atLeast(std::string("record: F1 of ") + keyword + ", held out", sum ? 200.0 * counts[0] / sum : 0, target, "%");
+    }
+    atLeast("weight against OS/2 weight class, Spearman", rankCorrelation(measured, stated), 0.85, "");
+}
+
+} // namespace
+
+int main()
+{
+    const QString folder = benchFonts();
+    DesignLabels labels;
+    const QString here = QStringLiteral(KERVAL_SOURCE_DIR "/bench/similarity/");
+    if (folder.isEmpty() || !labels.read(here + QStringLiteral("designs.txt"), here + QStringLiteral("heldout.txt"))) {
+        std::fprintf(stderr, "no fonts or no labels\n");
+        return 1;
+    }
+    // The texlive Type 1 files of families that are there as OpenType too, under mangled family names.
+    QStringList files = fontFiles(folder);
+    QVector<QPair<int, int>> formats;
+    const std::vector<Face> all = catalogue(surveyFonts(files), labels, &formats);
+    Share otherFormat;
+    for (const auto& [one, other] : qAsConst(formats)) {
+        float nearest = Nowhere;
+        const Face& face = all[one];
+        for (int i = 0; i < int(all.size()); ++i) {
+            const bool related =
+                i == one || all[i].font.family == face.font.family || all[i].label.cuts.intersects(face.label.cuts);
+            nearest = related ? nearest : std::min(nearest, distance(face, all[i]));
+        }
+        otherFormat.count(distance(face, all[other]) <= nearest);
+    }
+    QSet<int> copies;
+    for (const auto& [one, other] : qAsConst(formats))
+        copies.insert(other);
+    std::vector<Face> faces;
+    for (int i = 0; i < int(all.size()); ++i) {
+        const bool mangled = all[i].isText() && all[i].font.file.contains(QLatin1String("/texlive-fonts-extra/")) &&
+                             all[i].font.file.contains(QLatin1String("/type1/"));
+        if (!copies.contains(i) && !mangled)
+            faces.push_back(all[i]);
+    }
+    Scores scores;
+    for (int i = 0; i < int(faces.size()); ++i)
+        judgeFace(faces, i, scores);
+    const QMap<QString, double> targets = {{QStringLiteral("twin first"), 97},
+                                           {QStringLiteral("twin among ten"), 99},
+                                           {QStringLiteral("redrawn cut first"), 95},
+                                           {QStringLiteral("alike design first"), 87},
+                                           {QStringLiteral("B closer to A than C"), 93},
+                                           {QStringLiteral("next weight first"), 68},
+                                           {QStringLiteral("unrelated of same class"), 90},
+                                           {QStringLiteral("class script"), 60},
+                                           {QStringLiteral("serif or not"), 98}};
+    std::printf("%d faces of %d files\n", int(faces.size()), int(files.size()));
+    double classSum = 0;
+    int classes = 0;
+    for (auto score = scores.constBegin(); score != scores.constEnd(); ++score) {
+        const Share held = score->value(true);
+        const Share tuned = score->value(false);
+        std::printf("%-26s held out %5.1f %% of %5d, tuned on %5.1f %% of %5d\n", qPrintable(score.key()),
+                    held.percent(), held.all, tuned.percent(), tuned.all);
+        if (score.key().startsWith(QLatin1String("class "))) {
+            classSum += held.percent();
+            ++classes;
+        }
+        if (targets.contains(score.key()))
+            atLeast(qPrintable(score.key() + QStringLiteral(", held out")), held.percent(), targets[score.key()], "%");
+    }
+    atLeast("same class, mean over the classes, held out", classes ? classSum / classes : 0, 82, "%");
+    atLeast("same face in another format", otherFormat.percent(), 98, "%");
+    reportRecords(faces);
+    return 0;
+}

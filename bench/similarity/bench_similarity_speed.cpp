@@ -1,0 +1,214 @@
+// What a query over 50,000 fonts, an extraction of them and the measuring of one face cost.
+#include "bench/similarity/FontSurvey.h"
+#include "bench/support/bench.h"
+
+#include "helpers/common/FeatureBlob.h"
+#include "helpers/common/FeatureFolderLayout.h"
+#include "helpers/shape/FaceRaster.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <sqlite3.h>
+#include <vector>
+
+using namespace kerval::bench;
+using namespace kerval::helpers;
+
+namespace {
+
+constexpr int Fonts = 50000;
+
+QString hexPath(const QString& path)
+{
+    return QStringLiteral("0x") + QString::fromLatin1(QFile::encodeName(path).toHex());
+}
+
+void execute(sqlite3* database, const char* sql)
+{
+    if (sqlite3_exec(database, sql, nullptr, nullptr, nullptr) != SQLITE_OK)
+        qFatal("%s: %s", sql, sqlite3_errmsg(database));
+}
+
+// A catalogue of real faces, each in many slightly different copies.
+void writeCatalogue(const QString& path, const std::vector<SurveyedFace>& faces)
+{
+    sqlite3* database = nullptr;
+    sqlite3_open(QFile::encodeName(path).constData(), &database);
+    execute(database, "PRAGMA synchronous = OFF");
+    execute(database,
+            "CREATE TABLE font (id INTEGER PRIMARY KEY, ps_name, other_info2, hwi, hwe, hhe, sc_all, sc_body, "
+            "sc_head, deleted)");
+    execute(database, "CREATE TABLE feature (font_id INTEGER PRIMARY KEY, character, featuredata)");
+    execute(database, "BEGIN");
+    sqlite3_stmt* font = nullptr;
+    sqlite3_stmt* feature = nullptr;
+    sqlite3_prepare_v2(database, "INSERT INTO font VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, 0)", -1, &font, nullptr);
+    sqlite3_prepare_v2(database, "INSERT INTO feature VALUES (?, 0, ?)", -1, &feature, nullptr);
+    for (int id = 1; id <= Fonts; ++id) {
+        const SurveyedFace& face = faces[std::size_t(id) % faces.size()];
+        const krv::FaceAnalysis& shape = face.analysis;
+        std::string blob;
+        for (std::size_t letter = 0; letter < featureAlphabet.size(); ++letter) {
+            FeatureVector vector = shape.features[letter];
+            for (float& value : vector)
+                value *= 1 + 1e-6F * float(id);
+            appendFeature(blob, static_cast<unsigned char>(featureAlphabet[letter]), vector);
+        }
+        const QByteArray name = face.postScriptName.toUtf8() + QByteArray::number(id);
+        sqlite3_bind_int(font, 1, id);
+        sqlite3_bind_text(font, 2, name.constData(), name.size(), SQLITE_TRANSIENT);
+        sqlite3_bind_text(font, 3, shape.classification.c_str(), -1, SQLITE_TRANSIENT);
+        const int numbers[] = {
+            shape.hwi, shape.hwe, shape.hhe, shape.smartChoiceAll, shape.smartChoiceBody, shape.smartChoiceHead};
+        for (int i = 0; i < 6; ++i)
+            sqlite3_bind_int(font, 4 + i, numbers[i]);
+        sqlite3_bind_int(feature, 1, id);
+        sqlite3_bind_blob(feature, 2, blob.data(), int(blob.size()), SQLITE_TRANSIENT);
+        sqlite3_step(font);
+        sqlite3_step(feature);
+        sqlite3_reset(font);
+        sqlite3_reset(feature);
+    }
+    sqlite3_finalize(font);
+    sqlite3_finalize(feature);
+    execute(database, "COMMIT");
+    sqlite3_close(database);
+}
+
+void run(const char* program, const QStringList& arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(KERVAL_BIN_DIR "/") + QLatin1String(program), arguments);
+    if (!process.waitForFinished(-1) || process.exitCode() != 0)
+        qFatal("%s: %s", program, process.readAllStandardError().constData());
+}
+
+void readFeatureRows(const QString& path)
+{
+    sqlite3* database = nullptr;
+    sqlite3_open_v2(QFile::encodeName(path).constData(), &database, SQLITE_OPEN_READONLY, nullptr);
+    sqlite3_stmt* rows = nullptr;
+    sqlite3_prepare_v2(database, "SELECT font_id, featuredata FROM feature", -1, &rows, nullptr);
+    std::string copy;
+    while (sqlite3_step(rows) == SQLITE_ROW)
+        copy.assign(static_cast<const char*>(sqlite3_column_blob(rows, 1)), std::size_t(sqlite3_column_bytes(rows, 1)));
+    sqlite3_finalize(rows);
+    sqlite3_close(database);
+}
+
+// What anyone would write: map the five files, add up the squares, keep the best hundred.
+float plainSearch(const QString& folder)
+{
+    std::vector<float> distances(Fonts, 0.0F);
+    for (const unsigned char letter : {'h', 't', 'l', 'a', 'f'}) {
+        QFile file(folder + QLatin1Char('/') + QString::fromStdString(featurefolder::characterFile(letter)));
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("no feature files");
+        const auto* vectors = reinterpret_cast<const float*>(file.map(0, file.size()));
+        const float* base = vectors + 61 * 4711;
+        for (std::size_t font = 0; font < distances.size(); ++font) {
+            float sum = 0;
+            for (std::size_t i = 0; i < 61; ++i) {
+                const float difference = vectors[font * 61 + i] - base[i];
+                sum += difference * difference;
+            }
+            distances[font] += sum;
+        }
+    }
+    std::partial_sort(distances.begin(), distances.begin() + 100, distances.end());
+    return distances[99];
+}
+
+void openAndDraw(FT_Library library, const QByteArray& file)
+{
+    FT_Face face = nullptr;
+    if (FT_New_Face(library, file.constData(), 0, &face) != 0)
+        return;
+    krv::FaceRaster raster(face);
+    krv::GlyphCoverage coverage;
+    krv::GlyphPlacement placement;
+    for (const char* letter = krv::kFeatureLetters; *letter; ++letter)
+        raster.draw(raster.glyphFor(static_cast<unsigned char>(*letter)), coverage, placement);
+    FT_Done_Face(face);
+}
+
+void benchFace(const QStringList& files)
+{
+    FT_Library library = nullptr;
+    FT_Init_FreeType(&library);
+    std::vector<QByteArray> names;
+    for (const QString& file : files)
+        names.push_back(QFile::encodeName(file));
+    compare(
+        "measure a face (opening included)", 2,
+        [&] {
+            return seconds([&] {
+                for (const QByteArray& name : names) {
+                    FT_Face face = nullptr;
+                    if (FT_New_Face(library, name.constData(), 0, &face) == 0) {
+                        krv::FaceAnalysis::analyse(face);
+                        FT_Done_Face(face);
+                    }
+                }
+            });
+        },
+        [&] {
+            return seconds([&] {
+                for (const QByteArray& name : names)
+                    openAndDraw(library, name);
+            });
+        },
+        5, double(names.size()));
+    FT_Done_FreeType(library);
+}
+
+} // namespace
+
+int main()
+{
+    const QStringList all = fontFiles(QStringLiteral("/usr/share/fonts"));
+    QStringList files;
+    for (int i = 0; i < all.size(); i += std::max(1, int(all.size() / 200)))
+        files << all[i];
+    if (files.isEmpty())
+        qFatal("no fonts are installed");
+    benchFace(files);
+
+    QTemporaryDir place;
+    const QString database = place.filePath(QStringLiteral("fms.db"));
+    const QString folder = place.filePath(QStringLiteral("features"));
+    writeCatalogue(database, surveyFonts(files));
+    compare(
+        "extract the features of 50,000 fonts", 2,
+        [&] {
+            return seconds([&] {
+                run("krvextractfeatures.exe",
+                    {QStringLiteral("--createfolder"), QStringLiteral("-d"), hexPath(database), QStringLiteral("-f"),
+                     hexPath(folder), QStringLiteral("-r"), QStringLiteral("QSQLITE"), QStringLiteral("-m"),
+                     QStringLiteral("zerocharacter")});
+            });
+        },
+        [&] { return seconds([&] { readFeatureRows(database); }); });
+    const auto query = [&](const char* method) {
+        return seconds([&] {
+            run("krvfindsimilar.exe",
+                {QStringLiteral("-f"), hexPath(folder), QStringLiteral("-t"), QStringLiteral("htlaf"),
+                 QStringLiteral("-i"), QStringLiteral("4712"), QStringLiteral("-l"), QStringLiteral("100"),
+                 QStringLiteral("-o"), QStringLiteral("{id}:{deviance}\\n"), QStringLiteral("-m"),
+                 QLatin1String(method)});
+        });
+    };
+    float sink = 0;
+    const auto plain = [&] { return seconds([&] { sink += plainSearch(folder); }); };
+    compare(
+        "find similar among 50,000 fonts, process included", 1.5, [&] { return query("similar"); }, plain, 9);
+    atMost("smart choice among 50,000 fonts", query("smartall") * 1000, 1000, "ms");
+    atMost("harmony by contrast among 50,000 fonts", query("harcont") * 1000, 1000, "ms");
+    return sink > 0 ? 0 : 1;
+}
