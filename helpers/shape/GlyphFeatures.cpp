@@ -22,8 +22,8 @@ namespace {
 // Keeps ratios of strokes finite where one of them is missing, in pixels.
 constexpr float kHairline = 0.2F;
 
-// Of the 36 cosines of the ink (6 v + u) those that tell designs apart best.
-constexpr int kCosines[] = {3, 7, 8, 9, 12, 14, 18, 19, 20, 21, 27, 30};
+// Of the cosines of the ink (4 v + u) those that tell designs apart best.
+constexpr std::size_t kCosines[] = {3, 5, 6, 7, 8, 10, 12, 13, 14, 15, 19, 20};
 
 } // namespace
 
@@ -66,8 +66,8 @@ void fillGlyphFeatures(const GlyphInk& ink, const GlyphMeasures& measures, const
         add(direction);
     }
     add(measures.slant);
-    for (const int cosine : kCosines) {
-        add(measures.cosines[static_cast<std::size_t>(cosine)]);
+    for (const std::size_t cosine : kCosines) {
+        add(measures.cosines[cosine]);
     }
     for (const int band : {0, 2, 3}) {
         add(measures.leftProfile[static_cast<std::size_t>(band)] / height);

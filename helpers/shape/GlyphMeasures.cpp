@@ -13,6 +13,8 @@ namespace {
 
 constexpr float kPi = 3.14159265F;
 constexpr float kSomeInk = 0.08F;
+// Corners between the pixels of a row or column: the working arrays are small and live on the stack.
+constexpr std::size_t kCorners = GlyphInk::kMaximalSide + 1;
 
 // Collects run lengths in quarters of a pixel, up to the side of the ink.
 class RunCounter
@@ -170,33 +172,24 @@ void measureColumns(const GlyphInk& ink, GlyphMeasures& measures)
 struct HalfWaves
 {
     HalfWaves(int count, float begin, float length)
-        : once(static_cast<std::size_t>(count) + 1)
-        , twice(static_cast<std::size_t>(count) + 1)
     {
-        for (std::size_t i = 0; i < once.size(); ++i) {
+        for (std::size_t i = 0; i <= static_cast<std::size_t>(count); ++i) {
             once[i] = std::cos(kPi * std::clamp((static_cast<float>(i) - begin) / length, 0.0F, 1.0F));
             twice[i] = 2 * once[i] * once[i] - 1;
         }
     }
 
-    std::vector<float> once;
-    std::vector<float> twice;
+    std::array<float, kCorners> once;
+    std::array<float, kCorners> twice;
 };
 
 // The corners of one row that the outline passes, packed: few of them do, and what follows costs most by the corner.
 struct PassedCorners
 {
-    explicit PassedCorners(int columns)
-        : place(static_cast<std::size_t>(columns) + 1)
-        , gx(place.size())
-        , gy(place.size())
-    {
-    }
-
-    void collect(const float* upper, const float* lower)
+    void collect(const float* upper, const float* lower, int columns)
     {
         count = 0;
-        for (std::size_t x = 0; x < place.size(); ++x) {
+        for (std::size_t x = 0; x <= static_cast<std::size_t>(columns); ++x) {
             // The left of the four pixels is one column before the corner: row() has a margin for it.
             const float falling = lower[x] - upper[static_cast<std::ptrdiff_t>(x) - 1];
             const float rising = upper[x] - lower[static_cast<std::ptrdiff_t>(x) - 1];
@@ -208,9 +201,9 @@ struct PassedCorners
     }
 
     std::size_t count = 0;
-    std::vector<std::size_t> place;
-    std::vector<float> gx;
-    std::vector<float> gy;
+    std::array<std::size_t, kCorners> place;
+    std::array<float, kCorners> gx;
+    std::array<float, kCorners> gy;
 };
 
 // The gradient between four pixels points across the outline; its length adds up to the outline's length.
@@ -226,14 +219,14 @@ void measureEdges(const GlyphInk& ink, GlyphMeasures& measures)
     };
     const HalfWaves across(ink.columns(), ink.boxLeft(), ink.boxWidth());
     const HalfWaves down(ink.rows(), ink.boxTop(), ink.boxHeight());
-    PassedCorners corners(ink.columns());
+    PassedCorners corners;
     float perimeter = 0;
     float slantSum = 0;
     float slantWeight = 0;
     std::array<float, 2> sixth{};
     float moments[ChannelCount][3][3] = {}; // channel, half waves down, half waves across
     for (int y = -1; y < ink.rows(); ++y) {
-        corners.collect(ink.row(y), ink.row(y + 1));
+        corners.collect(ink.row(y), ink.row(y + 1), ink.columns());
         float sums[ChannelCount][3] = {};
         for (std::size_t i = 0; i < corners.count; ++i) {
             const float gx = corners.gx[i];
@@ -285,13 +278,12 @@ void measureEdges(const GlyphInk& ink, GlyphMeasures& measures)
     measures.slant = slantWeight > 0 ? slantSum / slantWeight : 0;
 }
 
-using Cosines = std::array<float, GlyphMeasures::kCosines>;
-
 // Cosines of 0, 1, 2 ... times the angle by their recurrence.
-Cosines cosinesOf(float angle)
+template <std::size_t Count>
+std::array<float, Count> cosinesOf(float angle)
 {
-    Cosines cosines{1, std::cos(angle)};
-    for (std::size_t k = 2; k < cosines.size(); ++k) {
+    std::array<float, Count> cosines{1, std::cos(angle)};
+    for (std::size_t k = 2; k < Count; ++k) {
         cosines[k] = 2 * cosines[1] * cosines[k - 1] - cosines[k - 2];
     }
     return cosines;
@@ -299,29 +291,28 @@ Cosines cosinesOf(float angle)
 
 void measureCosines(const GlyphInk& ink, GlyphMeasures& measures)
 {
-    constexpr std::size_t n = GlyphMeasures::kCosines;
-    std::vector<Cosines> basis(static_cast<std::size_t>(ink.columns()));
-    for (std::size_t x = 0; x < basis.size(); ++x) {
-        basis[x] =
-            cosinesOf(kPi * std::clamp((static_cast<float>(x) + 0.5F - ink.boxLeft()) / ink.boxWidth(), 0.0F, 1.0F));
+    constexpr std::size_t across = GlyphMeasures::kCosinesAcross;
+    std::array<std::array<float, across>, kCorners> basis;
+    const auto columns = static_cast<std::size_t>(ink.columns());
+    for (std::size_t x = 0; x < columns; ++x) {
+        basis[x] = cosinesOf<across>(
+            kPi * std::clamp((static_cast<float>(x) + 0.5F - ink.boxLeft()) / ink.boxWidth(), 0.0F, 1.0F));
     }
     float area = 0;
     for (int y = 0; y < ink.rows(); ++y) {
-        Cosines sums{};
+        std::array<float, across> sums{};
         const float* row = ink.row(y);
-        for (std::size_t x = 0; x < basis.size(); ++x) {
-            if (row[x] != 0) {
-                for (std::size_t u = 0; u < n; ++u) {
-                    sums[u] += row[x] * basis[x][u];
-                }
+        for (std::size_t x = 0; x < columns; ++x) {
+            for (std::size_t u = 0; u < across; ++u) {
+                sums[u] += row[x] * basis[x][u];
             }
         }
         area += sums[0];
-        const Cosines down =
-            cosinesOf(kPi * std::clamp((static_cast<float>(y) + 0.5F - ink.boxTop()) / ink.boxHeight(), 0.0F, 1.0F));
-        for (std::size_t v = 0; v < n; ++v) {
-            for (std::size_t u = 0; u < n; ++u) {
-                measures.cosines[v * n + u] += down[v] * sums[u];
+        const auto down = cosinesOf<GlyphMeasures::kCosinesDown>(
+            kPi * std::clamp((static_cast<float>(y) + 0.5F - ink.boxTop()) / ink.boxHeight(), 0.0F, 1.0F));
+        for (std::size_t v = 0; v < down.size(); ++v) {
+            for (std::size_t u = 0; u < across; ++u) {
+                measures.cosines[v * across + u] += down[v] * sums[u];
             }
         }
     }
@@ -337,6 +328,14 @@ void measureCosines(const GlyphInk& ink, GlyphMeasures& measures)
 class WhiteRegions
 {
 public:
+    WhiteRegions()
+    {
+        m_parents.reserve(kCorners);
+        m_sizes.reserve(kCorners);
+        m_above.reserve(kFewStretches);
+        m_current.reserve(kFewStretches);
+    }
+
     void startRow()
     {
         m_above.swap(m_current);
@@ -377,6 +376,8 @@ public:
     }
 
 private:
+    static constexpr std::size_t kFewStretches = 16;
+
     struct Stretch
     {
         int begin;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 
 namespace krv {
 
@@ -20,7 +21,8 @@ struct RunLengths
 struct GlyphMeasures
 {
     static constexpr int kHarmonics = 3;
-    static constexpr int kCosines = 6;
+    static constexpr std::size_t kCosinesAcross = 4;
+    static constexpr std::size_t kCosinesDown = 6;
     static constexpr int kBands = 4;
 
     // One moment of the outline's direction: the share of outline whose angle, taken `harmonic` times, points along the
@@ -44,7 +46,7 @@ struct GlyphMeasures
     std::array<float, kFieldMoments> field{};
     float slant = 0; // mean tangent of the near-vertical edges, positive leaning right
     // Cosine transform of the ink stretched to the unit square, row by row; the first is the share of ink.
-    std::array<float, kCosines * kCosines> cosines{};
+    std::array<float, kCosinesDown * kCosinesAcross> cosines{};
     // Distance from the box's sides to the ink, mean over a quarter of the height (or width) each.
     std::array<float, kBands> leftProfile{};
     std::array<float, kBands> rightProfile{};
