@@ -66,6 +66,7 @@ FeatureFolderWriter::~FeatureFolderWriter()
 
 void FeatureFolderWriter::abandon()
 {
+    m_writer.reset(); // before its files are closed
     for (Output& output : m_outputs) {
         if (output.file >= 0) {
             close(output.file);
@@ -88,6 +89,7 @@ bool FeatureFolderWriter::begin(std::string& problem)
     }
     m_failed = false;
     m_maximums.fill(0);
+    m_writer = std::make_unique<BackgroundWriter>();
     if (!std::filesystem::create_directory(m_workFolder, error)) {
         problem = "the folder cannot be written: " + error.message();
         return false;
@@ -109,28 +111,12 @@ FeatureFolderWriter::Output& FeatureFolderWriter::output(std::string_view name)
     return *std::find_if(m_outputs.begin(), m_outputs.end(), [name](const Output& o) { return o.name == name; });
 }
 
-bool FeatureFolderWriter::flush(Output& output)
-{
-    std::size_t done = 0;
-    while (done < output.buffer.size()) {
-        const ssize_t count = ::write(output.file, output.buffer.data() + done, output.buffer.size() - done);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count <= 0) {
-            m_failed = true;
-            return false;
-        }
-        done += static_cast<std::size_t>(count);
-    }
-    output.buffer.clear();
-    return true;
-}
-
-bool FeatureFolderWriter::put(Output& output, std::string_view bytes)
+void FeatureFolderWriter::put(Output& output, std::string_view bytes)
 {
     output.buffer.append(bytes);
-    return output.buffer.size() < kBufferSize || flush(output);
+    if (output.buffer.size() >= kBufferSize) {
+        m_failed = !m_writer->write(output.file, output.buffer) || m_failed;
+    }
 }
 
 bool FeatureFolderWriter::append(const CatalogueFont& font, std::string_view blob)
@@ -180,13 +166,16 @@ bool FeatureFolderWriter::publish(std::string& problem)
 {
     put(output(featurefolder::maximumsFile), {reinterpret_cast<const char*>(m_maximums.data()), featureByteCount});
     for (Output& output : m_outputs) {
-        const bool written = flush(output);
-        if (close(output.file) != 0 || !written) {
-            output.file = -1;
-            problem = output.name + " cannot be written: " + std::strerror(errno);
-            return false;
-        }
+        m_failed = !m_writer->write(output.file, output.buffer) || m_failed;
+    }
+    m_failed = !m_writer->finish() || m_failed;
+    for (Output& output : m_outputs) {
+        m_failed = close(output.file) != 0 || m_failed; // some file systems tell of a full disk only now
         output.file = -1;
+    }
+    if (m_failed) {
+        problem = "the feature files cannot be written";
+        return false;
     }
     const std::string ids = m_folder + "/" + std::string(featurefolder::idsFile);
     if (std::remove(ids.c_str()) != 0 && errno != ENOENT) {
@@ -196,6 +185,8 @@ bool FeatureFolderWriter::publish(std::string& problem)
     for (const Output& output : m_outputs) { // "ids.bin" is the last of them
         const std::string from = m_workFolder + "/" + output.name;
         const std::string to = m_folder + "/" + output.name;
+        // Some file systems write a file out when it is renamed over another; in the free name it stays in memory.
+        std::remove(to.c_str());
         if (std::rename(from.c_str(), to.c_str()) != 0) {
             problem = output.name + " cannot be put in place: " + std::strerror(errno);
             return false;

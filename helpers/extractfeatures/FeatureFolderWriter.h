@@ -1,12 +1,14 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "helpers/common/FeatureBlob.h"
 #include "helpers/common/FeatureFolderLayout.h"
+#include "helpers/extractfeatures/BackgroundWriter.h"
 #include "helpers/extractfeatures/CatalogueReader.h"
 
 namespace kerval::helpers {
@@ -38,14 +40,14 @@ private:
     };
 
     Output& output(std::string_view name);
-    bool flush(Output& output);
-    bool put(Output& output, std::string_view bytes);
+    void put(Output& output, std::string_view bytes);
 
     std::string m_folder;
     std::string m_workFolder;
     std::vector<Output> m_outputs; // the letters in the order of featurefolder::characters, then the others
     std::array<int, 256> m_letterOf{};
     FeatureVector m_maximums{};
+    std::unique_ptr<BackgroundWriter> m_writer;
     bool m_failed = false;
 };
 
