@@ -52,7 +52,7 @@ FeatureFolder::State FeatureFolder::openOnce(std::string_view characters)
             m_characters.find(character) == std::string::npos) {
             MappedFile file;
             good = openSized(file, featurefolder::characterFile(static_cast<unsigned char>(character)),
-                             featureByteCount, true);
+                             featureByteCount, false);
             m_letters.push_back(std::move(file));
             m_characters += character;
         }

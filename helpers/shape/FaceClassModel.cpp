@@ -1,4 +1,4 @@
-// Written by bench/similarity/train-classes from the training families of bench/similarity/designs.txt.
+// Fitted to the training families of bench/similarity/designs.txt.
 // clang-format off
 #include "helpers/shape/FaceClassModel.h"
 

@@ -3,8 +3,8 @@
 namespace krv {
 
 // A small network from the mean looks of a face's letters to the odds of its classes: inputs are centred, scaled and
-// limited to -3..3; one hidden layer of tanh; each output is a logarithm of odds. The numbers come from
-// bench/similarity/train-classes; how good they are on families it never saw is what bench/similarity reports.
+// limited to -3..3; one hidden layer of tanh; each output is a logarithm of odds. The numbers were
+// fitted to the training families of bench/similarity; how good they are on the held-out families it reports.
 constexpr int kClassInputs = 3 * 61 + 3;
 constexpr int kClassHidden = 24;
 enum ClassOutput
