@@ -6,6 +6,7 @@
 #include "qtService/app/PortProbe.h"
 #include "qtService/app/ServiceResourceHandler.h"
 #include "qtService/app/SessionEndWatch.h"
+#include "qtService/app/Translations.h"
 #include "qtService/app/core/DebugLog.h"
 #include "qtService/app/core/ErrorCode.h"
 #include "qtService/app/core/SettingsFolders.h"
@@ -28,6 +29,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
+#include <QLocale>
 #include <QLockFile>
 #include <QSettings>
 #include <QSqlDatabase>
@@ -79,6 +81,7 @@ FMService::FMService(int& argc, char** argv)
     setQuitOnLastWindowClosed(false);
     setApplicationName(QStringLiteral("Kerval"));
     setApplicationVersion(krv::versionString());
+    m_translations = std::make_unique<Translations>(QLocale::system().uiLanguages());
     qRegisterMetaType<fms::ErrorCode>("fms::ErrorCode");
     qRegisterMetaType<fms::FMSRequest>("fms::FMSRequest");
 

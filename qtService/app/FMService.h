@@ -17,6 +17,7 @@ class FMSTrayIcon;
 class PreferencesWindow;
 class QLockFile;
 class SessionEndWatch;
+class Translations;
 
 namespace api::rest {
 class Server;
@@ -90,6 +91,7 @@ private:
     void notify(const QString& text);
     void fail();
 
+    std::unique_ptr<Translations> m_translations; // outlives every text shown
     QString m_userId;
     State m_state = NotStarted;
     int m_otherInstancePort = 0;

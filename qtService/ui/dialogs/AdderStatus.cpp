@@ -12,31 +12,27 @@
 
 namespace ui {
 
-namespace {
-
-QString text(const char* source, const char* comment = nullptr)
-{
-    return QCoreApplication::translate("FMSControlCenter", source, comment);
-}
-
-} // namespace
-
 QString adderStatusText(const FontAdder& adder)
 {
     if (adder.isPausing())
-        return text("Pausing scan...", "Scanner is paused processing fonts");
+        return QCoreApplication::translate("FMSControlCenter", "Pausing scan...", "Scanner is paused processing fonts");
     if (adder.isStopping())
-        return text("Finishing scan...", "Scanner is finishing processing fonts");
+        return QCoreApplication::translate("FMSControlCenter", "Finishing scan...",
+                                           "Scanner is finishing processing fonts");
     const bool busy = adder.isAdding() || adder.isPaused() || adder.isSearching();
     if (!busy)
         return QString();
-    QString status = text("Processed fonts", "Example - Processed fonts: 10 of 20") + QStringLiteral(": %1 of %2");
+    QString status =
+        QCoreApplication::translate("FMSControlCenter", "Processed fonts", "Example - Processed fonts: 10 of 20") +
+        QStringLiteral(": %1 of %2");
     status = status.arg(adder.numberOfAddedFonts()).arg(adder.numberOfFonts());
     QStringList suffix;
     if (adder.isPaused())
-        suffix.append(text("paused", "Appended to progress text when scan is paused"));
+        suffix.append(
+            QCoreApplication::translate("FMSControlCenter", "paused", "Appended to progress text when scan is paused"));
     if (adder.isSearching())
-        suffix.append(text("scanning", "Appended to progress text when scanner is scanning system for new fonts"));
+        suffix.append(QCoreApplication::translate(
+            "FMSControlCenter", "scanning", "Appended to progress text when scanner is scanning system for new fonts"));
     if (!suffix.isEmpty())
         status += QStringLiteral(" (%1)").arg(suffix.join(QLatin1Char(' ')));
     return status;
@@ -66,7 +62,9 @@ void showAdderProgress(QProgressBar* bar, const FontAdder& adder)
 
 QString warningsText(int count)
 {
-    return QString::number(count) + QStringLiteral(" warning") + (count == 1 ? QString() : QStringLiteral("s"));
+    if (count == 1)
+        return QCoreApplication::translate("FMSControlCenter", "1 warning");
+    return QCoreApplication::translate("FMSControlCenter", "%n warnings", "Not for one warning", count);
 }
 
 void showAdderWarnings(FMSPlainTextMessage* window, const FontAdder& adder)
@@ -75,11 +73,12 @@ void showAdderWarnings(FMSPlainTextMessage* window, const FontAdder& adder)
     QStringList files = failed.keys();
     files.sort();
     window->clear();
-    window->append(text("Following files are not processed:"));
+    window->append(QCoreApplication::translate("FMSControlCenter", "Following files are not processed:"));
     for (const QString& file : qAsConst(files))
-        window->append(
-            QStringLiteral("  %1\n    %2: %3")
-                .arg(QDir::toNativeSeparators(file), text("Reason"), FontAdder::failureText(failed.value(file))));
+        window->append(QStringLiteral("  %1\n    %2: %3")
+                           .arg(QDir::toNativeSeparators(file),
+                                QCoreApplication::translate("FMSControlCenter", "Reason"),
+                                FontAdder::failureText(failed.value(file))));
     window->show();
     window->raise();
 }

@@ -37,8 +37,8 @@ FontActivationDialog::FontActivationDialog(const QSharedPointer<FontManagementSe
          {static_cast<QWidget*>(m_tableDescription), static_cast<QWidget*>(m_table),
           static_cast<QWidget*>(m_treeDescription), static_cast<QWidget*>(m_tree), static_cast<QWidget*>(m_close)})
         report->hide();
-    const QString text = isActivating() ? tr("Activating %1 font(s)") : tr("Deactivating %1 font(s)");
-    m_description->setText(text.arg(fontIdList.size()));
+    m_description->setText(isActivating() ? tr("Activating %n font(s)", nullptr, fontIdList.size())
+                                          : tr("Deactivating %n font(s)", nullptr, fontIdList.size()));
     connect(this, &QDialog::rejected, this, &FontActivationDialog::onRejected);
     connect(m_cancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(m_close, &QPushButton::clicked, this, &QDialog::accept);

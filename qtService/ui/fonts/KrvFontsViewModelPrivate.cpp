@@ -195,7 +195,8 @@ QMimeData* KrvFontsViewModelPrivate::mimeData(const QModelIndexList& indexes) co
             dragged.append(font);
         }
     }
-    const bool hidden = m_shownGroup && m_shownGroup->name() == QLatin1String("Hidden Fonts");
+    const bool hidden =
+        m_shownGroup && m_shownGroup->name() == QCoreApplication::translate("HiddenFontsGroup", "Hidden Fonts");
     return fonts::createMimeData(dragged, hidden);
 }
 
