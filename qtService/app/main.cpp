@@ -1,5 +1,6 @@
 #include "qtService/app/CommandLineOptions.h"
 #include "qtService/app/Launcher.h"
+#include "qtService/app/core/platform_locale.h"
 #include "qtService/app/runService.h"
 
 #include <QDebug>
@@ -8,6 +9,7 @@
 
 int main(int argc, char** argv)
 {
+    krv::platform::useUtf8WithoutLocale();
     CommandLineOptions options;
     if (!parseCommandLine(options, argc, argv)) {
         std::fputs("Invalid cmd line params\nExiting...\n", stderr);

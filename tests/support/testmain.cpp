@@ -4,6 +4,7 @@
 #include <QMutex>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTextCodec>
 #include <QtTest>
 
 #include <algorithm>
@@ -85,6 +86,8 @@ extern "C" const char* __lsan_default_suppressions()
 int main(int argc, char** argv)
 {
     using namespace kerval::testing;
+    // As the program itself does where there is no locale.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     QTemporaryDir home;
     const QByteArray root = QFile::encodeName(home.path());
     qputenv("HOME", root);
