@@ -128,6 +128,11 @@ int FMService::versionNumber() const
     return krv::versionNumber();
 }
 
+int FMService::port() const
+{
+    return m_server ? m_server->port() : 0;
+}
+
 bool FMService::checkRequiredFiles(const QString& programPath)
 {
     const QString folder = QFileInfo(programPath).absolutePath();
@@ -282,17 +287,24 @@ void FMService::onFontManagementServiceStarted()
              << "FMService::start() ends";
 }
 
+// Between choosing a port and listening on it another program may take it: another user's service that starts at the
+// same moment, say. Then the choice is made again.
 bool FMService::listen()
 {
-    const int port = storedPort();
-    qDebug().noquote() << QStringLiteral("U_ Port: %1").arg(port);
-    if (m_server->listen(quint16(port)))
-        return true;
+    constexpr int attempts = 20;
+    int port = storedPort();
+    for (int attempt = 0; attempt < attempts && port != 0; ++attempt) {
+        if (m_server->listen(quint16(port))) {
+            storePort(port);
+            qDebug().noquote() << QStringLiteral("U_ Port: %1").arg(port);
+            return true;
+        }
+        qWarning() << "W_1_"
+                   << "port" << port << "was taken meanwhile";
+        port = choosePort(&m_otherInstancePort);
+    }
     qCritical() << "E_0_"
                 << "SERVER FAILED TO BIND LISTENER TO THE PORT, quiting...";
-    // Somebody took the port meanwhile; if that is this user's service, its port is what the launcher wants to know.
-    if (krv::queryRunningService(port).userId == m_userId)
-        m_otherInstancePort = port;
     return false;
 }
 

@@ -51,8 +51,10 @@ public:
     void stop();
     int initialize();
     int state() const { return m_state; }
-    // After Failed: the port of this user's service that won a race for the port, or 0.
+    // After Failed: the port of this user's service that was found to run already, or 0.
     int otherInstancePort() const { return m_otherInstancePort; }
+    // The port that is listened on; 0 before Ready.
+    int port() const;
 
     // True when the three helper programs lie beside the program.
     static bool checkRequiredFiles(const QString& programPath);

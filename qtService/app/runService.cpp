@@ -50,10 +50,8 @@ int runService(int& argc, char** argv, const CommandLineOptions& options)
         if (started) {
             while (service.state() != FMService::Ready && service.state() != FMService::Failed)
                 QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-            if (service.state() == FMService::Failed) {
-                port = service.otherInstancePort();
-                started = false;
-            }
+            started = service.state() == FMService::Ready;
+            port = started ? service.port() : service.otherInstancePort();
         }
         publishPort(options.outfile, port);
     }

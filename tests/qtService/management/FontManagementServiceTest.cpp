@@ -8,6 +8,7 @@
 #include "qtService/management/FontAdder.h"
 #include "qtService/management/UserFontGroupList.h"
 #include "tests/qtService/management/LibraryFixture.h"
+#include "tests/support/helperprograms.h"
 #include "tests/support/testregistry.h"
 #include "tests/support/testtree.h"
 
@@ -24,14 +25,14 @@ struct RunningService
 {
     explicit RunningService(int fonts = 0)
     {
-        provideHelperPrograms();
+        provideHelperPrograms(QStringLiteral(KERVAL_BIN_DIR));
         clearSettings();
         start();
         if (fonts > 0) {
             files = copyFonts(folder.path(), fonts);
             QSignalSpy stopped(service->fontAdder().data(), &FontAdder::fontAddingStopped);
             service->addFonts({folder.path()});
-            if (stopped.isEmpty() && !stopped.wait(60000))
+            if (!QTest::qWaitFor([&] { return !stopped.isEmpty(); }, 60000))
                 qFatal("the fonts were not added");
         }
     }
@@ -42,7 +43,7 @@ struct RunningService
         service.reset(new FontManagementService);
         QSignalSpy started(service.data(), &FontManagementService::started);
         service->start();
-        if (!started.wait(30000))
+        if (!QTest::qWaitFor([&] { return !started.isEmpty(); }, 30000))
             qFatal("the service did not start");
     }
 
@@ -109,7 +110,7 @@ void FontManagementServiceTest::analysesAndCataloguesAFolder()
     // What is catalogued is not analysed again.
     QSignalSpy searched(running.service->fontAdder().data(), &FontAdder::fontFileSearchFinished);
     running.service->addFonts({running.folder.path()});
-    QVERIFY(searched.wait(10000));
+    QTRY_VERIFY_WITH_TIMEOUT(!searched.isEmpty(), 10000);
     QVERIFY(!running.service->fontAdder()->isAdding());
     QCOMPARE(running.service->repository()->fontCount(), 4);
 }
@@ -138,7 +139,7 @@ void FontManagementServiceTest::refusesOnlineSourcesForMoreThanOneFile()
 
     QSignalSpy stopped(service.fontAdder().data(), &FontAdder::fontAddingStopped);
     QCOMPARE(service.addFonts({copies.first()}, source, 7), FontManagementService::NoError);
-    QVERIFY(stopped.wait(30000));
+    QTRY_VERIFY_WITH_TIMEOUT(!stopped.isEmpty(), 30000);
     const StaticFontPtr font = service.repository()->fonts().value(0);
     QVERIFY(font);
     QCOMPARE(font->onlineSource(), source);
@@ -288,7 +289,7 @@ void FontManagementServiceTest::consumesTheListOfAReplacedCatalogue()
     QSignalSpy searched(running.service->fontAdder().data(), &FontAdder::fontFileSearchFinished);
     running.service->rescanFonts();
     QVERIFY(!QFile::exists(list));
-    QVERIFY(searched.wait(120000));
+    QTRY_VERIFY_WITH_TIMEOUT(!searched.isEmpty(), 120000);
 
     // Up to the empty line, beside the machine's own fonts.
     const QString queue = krv::userSettingsFolder() + QStringLiteral("fontadder.ev");
@@ -315,14 +316,14 @@ void FontManagementServiceTest::answersWithNothingWhenStopped()
     FontManagementService& service = *running.service;
     QSignalSpy stopped(&service, &FontManagementService::stopped);
     service.stop();
-    QVERIFY(stopped.wait(10000));
+    QTRY_VERIFY_WITH_TIMEOUT(!stopped.isEmpty(), 10000);
     QVERIFY(!service.isStarted());
     QVERIFY(!service.repository() && !service.removeFonts({1}) && !service.existingFontsGroup());
     QCOMPARE(service.addGroup(QStringLiteral("g")), 0);
 
     QSignalSpy started(&service, &FontManagementService::started);
     service.start();
-    QVERIFY(started.wait(10000));
+    QTRY_VERIFY_WITH_TIMEOUT(!started.isEmpty(), 10000);
     QCOMPARE(service.repository()->fontCount(), 1);
 }
 
@@ -344,7 +345,7 @@ void FontManagementServiceTest::finishesRunningProcessesBeforeItStops()
     if (adder->isPaused()) {
         QSignalSpy stopped(adder.data(), &FontAdder::fontAddingStopped);
         adder->startAdding();
-        QVERIFY(stopped.wait(30000));
+        QTRY_VERIFY_WITH_TIMEOUT(!stopped.isEmpty(), 30000);
     }
     QCOMPARE(running.service->repository()->fontCount(), 20);
 }

@@ -125,16 +125,6 @@ QString writeScript(const QString& path, const QByteArray& commands)
     return path;
 }
 
-void provideHelperPrograms()
-{
-    for (const char* name : {"krvfontadder.exe", "krvextractfeatures.exe", "krvfindsimilar.exe"}) {
-        const QString program = QStringLiteral(KERVAL_BIN_DIR "/") + QLatin1String(name);
-        const QString link = QCoreApplication::applicationDirPath() + QLatin1Char('/') + QLatin1String(name);
-        if (!QFile::exists(link) && !QFile::link(program, link))
-            qFatal("%s cannot be linked", name);
-    }
-}
-
 void clearSettings()
 {
     QDir(krv::userSettingsFolder()).removeRecursively();

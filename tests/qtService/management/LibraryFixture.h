@@ -42,8 +42,7 @@ QByteArray renamedFont(const QByteArray& font, char firstLetter);
 QByteArray namelessFont(const QByteArray& font);
 // An executable script; its path.
 QString writeScript(const QString& path, const QByteArray& commands);
-// Links the helper programs beside the test program, where the service looks for them.
-void provideHelperPrograms();
+
 // Makes the settings folder forget what earlier tests left in it.
 void clearSettings();
 
