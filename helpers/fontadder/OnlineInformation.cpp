@@ -103,7 +103,7 @@ void calendarDay(long long days, int& year, int& month, int& day)
 }
 
 // "@DateTime(...)": the framework's binary form. Type id, null flag, Julian day, milliseconds of the day, time
-// specification (0 local, 1 UTC, 2 with its distance to UTC in seconds).
+// kind (0 local, 1 UTC, 2 with its distance to UTC in seconds).
 long long serializedDate(std::string_view bytes)
 {
     constexpr std::uint32_t dateTimeType = 16;
@@ -118,10 +118,10 @@ long long serializedDate(std::string_view bytes)
     if (julianDay < julianDayOf1970 || julianDay > farthestDay || seconds >= 86400)
         return 0;
     const long long days = julianDay - julianDayOf1970;
-    const int specification = bytes[17];
-    if (specification == 1)
+    const int timeKind = bytes[17];
+    if (timeKind == 1)
         return days * 86400 + seconds;
-    if (specification == 2)
+    if (timeKind == 2)
         return days * 86400 + seconds - static_cast<std::int32_t>(reader.u32(18));
     int year = 0;
     int month = 0;
