@@ -1,29 +1,28 @@
 #include "updates/ApplicationUpdateChecker.h"
 
-#include "qtService/app/core/SettingsFolders.h"
+#include "qtService/app/core/FMSSettings.h"
 #include "qtService/app/core/Version.h"
+#include "updates/UpdateDocument.h"
 
-#include <QJsonDocument>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QSettings>
+#include <QThread>
 #include <QVariantMap>
 
 namespace {
 
-// The document is a few lines; a server that sends without end is cut off.
-constexpr qint64 largestDocument = 1 << 20;
+constexpr qint64 largestDocument = 64 * 1024;
+constexpr int patienceMs = 20000;
+constexpr int maximumRedirections = 5;
 
 QUrl documentUrl()
 {
-    const QSettings settings(krv::userSettingsFolder() + QStringLiteral("settings.ini"), QSettings::IniFormat);
-    const QString host = settings.value(QStringLiteral("Updates/Host")).toString();
+    const QString host = FMSSettings().updatesHost();
     return host.isEmpty() ? QUrl() : QUrl(QStringLiteral("http://%1/update2/update.json").arg(host));
 }
 
-ApplicationUpdateChecker::UpdateDescription readDocument(const QByteArray& body)
+ApplicationUpdateChecker::UpdateDescription describe(const QVariantMap& document)
 {
-    const QVariantMap document = QJsonDocument::fromJson(body).toVariant().toMap();
     ApplicationUpdateChecker::UpdateDescription description;
     description.version = document.value(QStringLiteral("version")).toString();
     description.url = QUrl(document.value(QStringLiteral("winx64_url")).toString(), QUrl::TolerantMode);
@@ -42,19 +41,38 @@ ApplicationUpdateChecker::ApplicationUpdateChecker(QObject* parent)
     connect(m_network, &QNetworkAccessManager::finished, this, &ApplicationUpdateChecker::onRequestFinished);
 }
 
-ApplicationUpdateChecker::~ApplicationUpdateChecker() = default;
+ApplicationUpdateChecker::~ApplicationUpdateChecker()
+{
+    if (m_evaluation)
+        m_evaluation->wait();
+}
+
+void ApplicationUpdateChecker::finish(int status)
+{
+    UpdateDescription description;
+    description.status = status;
+    emit updateCheckFinished(description);
+}
 
 void ApplicationUpdateChecker::checkForUpdates()
 {
     const QUrl url = documentUrl();
     if (!url.isValid() || url.isEmpty()) {
-        UpdateDescription description;
-        description.status = CheckFailed;
-        emit updateCheckFinished(description);
+        finish(CheckFailed);
         return;
     }
-    m_reply = m_network->get(QNetworkRequest(url));
-    QNetworkReply* const reply = m_reply;
+    QNetworkRequest request(url);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::UserVerifiedRedirectPolicy);
+    request.setMaximumRedirectsAllowed(maximumRedirections);
+    request.setTransferTimeout(patienceMs);
+    QNetworkReply* const reply = m_network->get(request);
+    m_reply = reply;
+    connect(reply, &QNetworkReply::redirected, reply, [reply, url](const QUrl& target) {
+        if (target.scheme() == url.scheme())
+            emit reply->redirectAllowed();
+        else
+            reply->abort();
+    });
     connect(reply, &QNetworkReply::downloadProgress, reply, [reply](qint64 received) {
         if (received > largestDocument)
             reply->abort();
@@ -63,21 +81,29 @@ void ApplicationUpdateChecker::checkForUpdates()
 
 void ApplicationUpdateChecker::onRequestFinished(QNetworkReply* reply)
 {
-    UpdateDescription description;
-    if (reply->error() != QNetworkReply::NoError)
-        description.status = CheckFailed;
-    else
-        description = readDocument(reply->readAll());
     m_reply.clear();
     reply->deleteLater();
-    emit updateCheckFinished(description);
+    // A small network answers in one piece, before any progress is told.
+    if (reply->error() != QNetworkReply::NoError || reply->bytesAvailable() > largestDocument)
+        finish(CheckFailed);
+    else
+        evaluate(reply->read(largestDocument));
+}
+
+void ApplicationUpdateChecker::evaluate(const QByteArray& body)
+{
+    const auto document = std::make_shared<QVariantMap>();
+    m_evaluation.reset(QThread::create([body, document] { *document = updates::evaluateDocument(body); }));
+    connect(m_evaluation.get(), &QThread::finished, this,
+            [this, document] { emit updateCheckFinished(describe(*document)); });
+    m_evaluation->start();
 }
 
 void ApplicationUpdateChecker::cancel()
 {
     if (m_reply)
         m_reply->abort();
-    UpdateDescription description;
-    description.status = CheckCancelled;
-    emit updateCheckFinished(description);
+    if (m_evaluation)
+        m_evaluation->disconnect(this);
+    finish(CheckCancelled);
 }

@@ -5,14 +5,18 @@
 #include <QString>
 #include <QUrl>
 
+#include <memory>
+
 class QNetworkAccessManager;
 class QNetworkReply;
+class QThread;
 
 // Asks the update server whether a newer release exists: one GET of "/update2/update.json" from the host that
 // "[Updates] Host" of settings.ini names, without which every check fails. Lives in one thread with an event loop.
 //
-// Versions are compared as plain text, as the server expects: 2.10.0 counts as older than 2.7.1. The document is read
-// as JSON, never evaluated: it comes over an unprotected connection.
+// Versions are compared as plain text, as the server expects: 2.10.0 counts as older than 2.7.1. The document comes
+// over an unprotected connection: at most 64 KiB of it are read, a redirection to another scheme is not followed, and
+// it is evaluated in a thread of its own, where a second is all it gets.
 class ApplicationUpdateChecker : public QObject
 {
     Q_OBJECT
@@ -34,6 +38,7 @@ public:
     };
 
     explicit ApplicationUpdateChecker(QObject* parent = nullptr);
+    // Waits for a document that is being evaluated.
     ~ApplicationUpdateChecker() override;
 
     void checkForUpdates();
@@ -47,8 +52,12 @@ private slots:
     void onRequestFinished(QNetworkReply* reply);
 
 private:
+    void evaluate(const QByteArray& body);
+    void finish(int status);
+
     QNetworkAccessManager* m_network;
     QPointer<QNetworkReply> m_reply;
+    std::unique_ptr<QThread> m_evaluation;
 };
 
 Q_DECLARE_METATYPE(ApplicationUpdateChecker::UpdateDescription)

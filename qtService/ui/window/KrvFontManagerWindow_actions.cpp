@@ -90,6 +90,10 @@ void KrvFontManagerWindow::updateActionsState()
     for (QAction* action :
          {m_actions->addFolders, m_actions->addFiles, m_actions->newGroup, m_actions->rescan, m_actions->resetLibrary})
         action->setEnabled(started);
+    // Their windows are not there yet; nothing pretends.
+    for (QAction* action : m_actions->fontLens.both())
+        action->setEnabled(false);
+    m_actions->showDetails->setEnabled(false);
     if (font) {
         m_actions->hide->setText(font->isHidden() ? tr("Unhide") : tr("Hide"));
         m_actions->markAsWebFont->setText(font->onlineSource().isEmpty() ? tr("Mark as Web Font")
