@@ -10,6 +10,8 @@ namespace {
 
 // Licences run to kilobytes; nobody sees an order beyond the first words.
 constexpr int maximumKeyLength = 80;
+// A small group between two large ones does not cost the large one its keys.
+constexpr int keysKept = 100000;
 
 } // namespace
 
@@ -57,6 +59,12 @@ QString FontSortKeys::textOf(const StaticFontPtr& font) const
     return fonts::columnValue(font, column).toString().left(maximumKeyLength);
 }
 
+QCollatorSortKey FontSortKeys::keyOf(const QString& text)
+{
+    const auto found = m_keys.constFind(text);
+    return found != m_keys.cend() ? *found : *m_keys.insert(text, m_collator.sortKey(text));
+}
+
 void FontSortKeys::build(int column, const QVector<StaticFontPtr>& fonts)
 {
     clear();
@@ -67,9 +75,13 @@ void FontSortKeys::build(int column, const QVector<StaticFontPtr>& fonts)
         for (const StaticFontPtr& font : fonts)
             m_numbers.push_back(numberOf(font));
     } else if (m_kind == Kind::Text) {
+        // Texts of lists long gone must not pile up.
+        if (m_keysColumn != column || m_keys.size() > 2 * fonts.size() + keysKept)
+            m_keys.clear();
+        m_keysColumn = column;
         m_texts.reserve(size_t(fonts.size()));
         for (const StaticFontPtr& font : fonts)
-            m_texts.push_back(m_collator.sortKey(textOf(font)));
+            m_texts.push_back(keyOf(textOf(font)));
     }
 }
 
@@ -87,7 +99,7 @@ void FontSortKeys::update(int row, const StaticFontPtr& font)
     if (m_kind == Kind::Number)
         m_numbers[size_t(row)] = numberOf(font);
     else if (m_kind == Kind::Text)
-        m_texts[size_t(row)] = m_collator.sortKey(textOf(font));
+        m_texts[size_t(row)] = keyOf(textOf(font));
 }
 
 bool FontSortKeys::less(int left, int right) const

@@ -1,6 +1,7 @@
 #include "qtService/ui/fonts/KrvFontsView.h"
 
 #include "qtService/app/core/KrvUiSettings.h"
+#include "qtService/ui/fonts/FontActivityDelegate.h"
 #include "qtService/ui/fonts/FontColumn.h"
 #include "qtService/ui/fonts/FontColumnValues.h"
 #include "qtService/ui/fonts/KrvFontsViewModel.h"
@@ -14,6 +15,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -50,6 +52,7 @@ KrvFontsView::KrvFontsView(QWidget* parent)
     , m_previewSize(Settings::instance()->value(Settings::SidPreviewSize, defaultPreviewSize).toInt())
 {
     setItemDelegateForColumn(fonts::PreviewColumn, m_previewDelegate);
+    setItemDelegateForColumn(fonts::ActivityImageColumn, new FontActivityDelegate(this));
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollMode(ScrollPerPixel);
     m_waitIndicator->hide();
@@ -223,11 +226,20 @@ void KrvFontsView::rememberPlace()
 
 void KrvFontsView::onModelReset()
 {
-    QItemSelection selection;
+    std::vector<int> rows;
+    rows.reserve(size_t(m_place.selected.size()));
     for (const int id : qAsConst(m_place.selected)) {
         const QModelIndex index = m_model->indexOfFont(id);
         if (index.isValid())
-            selection.select(index, index);
+            rows.push_back(index.row());
+    }
+    std::sort(rows.begin(), rows.end());
+    // As few ranges as there are: a selection model's work grows with the square of their number.
+    QItemSelection selection;
+    for (size_t first = 0, last = 0; first < rows.size(); first = last + 1) {
+        for (last = first; last + 1 < rows.size() && rows[last + 1] == rows[last] + 1;)
+            ++last;
+        selection.select(m_model->index(rows[first], 0), m_model->index(rows[last], 0));
     }
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     const QModelIndex current = m_model->indexOfFont(m_place.current);
@@ -308,11 +320,18 @@ QList<int> KrvFontsView::selectedFontIds() const
     QList<int> ids;
     if (!selectionModel())
         return ids;
-    QModelIndexList rows = selectionModel()->selectedRows();
+    // Asking the selection model for its rows would look through all ranges for each of them.
+    std::vector<int> rows;
+    const QItemSelection selection = selectionModel()->selection();
+    for (const QItemSelectionRange& range : selection) {
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rows.push_back(row);
+    }
     // The selection model lists ranges in the order they were made; users expect the order they see.
-    std::sort(rows.begin(), rows.end(), [](const QModelIndex& a, const QModelIndex& b) { return a.row() < b.row(); });
-    for (const QModelIndex& row : qAsConst(rows)) {
-        if (const StaticFontPtr font = m_model->font(row))
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    for (const int row : rows) {
+        if (const StaticFontPtr font = m_model->font(m_model->index(row, 0)))
             ids.append(font->id());
     }
     return ids;
