@@ -1383,11 +1383,11 @@ Kerval sucht nun die fehlenden Schriften und entfernt sie aus Ihrer Bibliothek.<
     </message>
     <message>
         <source>This is a sample of body text that uses %1 %2</source>
-        <translation>Dies ist ein Beispiel für einen Text in %1 %2</translation>
+        <translation>Ein Beispieltext, gesetzt in %1 %2</translation>
     </message>
     <message>
         <source>This is a sample of body text that uses %1</source>
-        <translation>Dies ist ein Beispiel für einen Text in %1</translation>
+        <translation>Ein Beispieltext, gesetzt in %1</translation>
     </message>
 </context>
 <context>

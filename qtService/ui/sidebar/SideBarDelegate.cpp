@@ -30,6 +30,9 @@ struct SelectionColors
 
 const SelectionColors unfocused = {{176, 188, 211}, {196, 205, 223}, {147, 161, 189},
                                    {187, 197, 218}, {158, 172, 198}, {241, 241, 241}};
+// The same row on a dark ground, where the light one would be the brightest spot of the window.
+const SelectionColors unfocusedDark = {{84, 97, 120}, {92, 106, 130}, {62, 73, 92},
+                                       {84, 97, 120}, {70, 82, 103},  {42, 45, 50}};
 const SelectionColors focused = {{93, 161, 218},  {124, 185, 229}, {54, 125, 202},
                                  {107, 174, 225}, {66, 139, 209},  {230, 233, 239}};
 
@@ -41,9 +44,9 @@ QFont rowFont(const QStyleOptionViewItem& option, bool bold)
     return font;
 }
 
-void paintSelection(QPainter* painter, const QRect& rect, bool hasFocus)
+void paintSelection(QPainter* painter, const QRect& rect, bool hasFocus, bool isDark)
 {
-    const SelectionColors& colors = hasFocus ? focused : unfocused;
+    const SelectionColors& colors = hasFocus ? focused : isDark ? unfocusedDark : unfocused;
     QLinearGradient gradient(rect.topLeft(), rect.bottomLeft());
     gradient.setColorAt(0, colors.gradientStart);
     gradient.setColorAt(1, colors.gradientEnd);
@@ -95,11 +98,12 @@ void SideBarDelegate::paintGroup(QPainter* painter, const QStyleOptionViewItem& 
 {
     const QRect rect = option.rect;
     const bool selected = option.state & QStyle::State_Selected;
+    const bool isDark = ui::isDark(option.palette);
     const bool hasFocus = option.state & QStyle::State_Active && option.state & QStyle::State_HasFocus;
     if (selected) {
         QStyledItemDelegate::paint(painter, option, index);
         painter->setRenderHint(QPainter::Antialiasing, false);
-        paintSelection(painter, rect, hasFocus);
+        paintSelection(painter, rect, hasFocus, isDark);
         painter->setRenderHint(QPainter::Antialiasing);
     }
 
@@ -125,13 +129,14 @@ void SideBarDelegate::paintGroup(QPainter* painter, const QStyleOptionViewItem& 
         painter->setBrush(selected ? QColor(Qt::white) : QColor(151, 165, 179));
         painter->drawRoundedRect(badge, badgeRadius, badgeRadius);
         painter->setFont(font);
-        painter->setPen(!selected ? QColor(Qt::white) : hasFocus ? QColor(81, 157, 220) : QColor(170, 182, 207));
+        const QColor unfocusedText = isDark ? QColor(70, 82, 103) : QColor(170, 182, 207);
+        painter->setPen(!selected ? QColor(Qt::white) : hasFocus ? QColor(81, 157, 220) : unfocusedText);
         painter->drawText(badge, Qt::AlignCenter, text);
         right = badge.left() - badgeMargin;
     }
 
     painter->setFont(rowFont(option, false));
-    const QColor plain = ui::isDark(option.palette) ? option.palette.color(QPalette::Text) : QColor(65, 65, 65);
+    const QColor plain = isDark ? option.palette.color(QPalette::Text) : QColor(65, 65, 65);
     painter->setPen(selected ? QColor(Qt::white) : plain);
     const QRect nameRect(left, rect.top(), right - left, rect.height());
     const QString name = painter->fontMetrics().elidedText(index.data(SideBarModel::NameRole).toString(),
