@@ -337,6 +337,13 @@ QList<int> KrvFontsView::selectedFontIds() const
     return ids;
 }
 
+void KrvFontsView::scrollTo(const QModelIndex& index, ScrollHint hint)
+{
+    const int column = horizontalScrollBar()->value();
+    QTreeView::scrollTo(index, hint);
+    horizontalScrollBar()->setValue(column);
+}
+
 int KrvFontsView::currentFontId() const
 {
     const StaticFontPtr font = m_model ? m_model->font(currentIndex()) : StaticFontPtr();

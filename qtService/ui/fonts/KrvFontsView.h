@@ -31,6 +31,8 @@ public:
     int previewSize() const { return m_previewSize; }
 
     QList<int> selectedFontIds() const;
+    // Rows only: the columns stay where the user has them.
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
     // 0: none
     int currentFontId() const;
     void selectFont(int fontId);
