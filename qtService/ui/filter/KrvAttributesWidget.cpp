@@ -2,6 +2,7 @@
 
 #include "qtService/ui/filter/KrvAttributeSliderWidget.h"
 
+#include <QCheckBox>
 #include <QGridLayout>
 #include <QLabel>
 
@@ -36,8 +37,22 @@ KrvAttributesWidget::KrvAttributesWidget(QWidget* parent)
         addSlider(grid, 2, "lblItalicAngle", tr("Italic angle"), "italicAngleAttributeSlider", tr("Italic"));
     m_opticalSize =
         addSlider(grid, 3, "lblOpticalSize", tr("Optical size"), "opticalSizeAttributeSlider", tr("Optical"));
+    alignSliders();
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(4, 1);
+}
+
+// The names differ in length with the language; the sliders begin at one edge all the same.
+void KrvAttributesWidget::alignSliders()
+{
+    QList<QCheckBox*> boxes;
+    int width = 0;
+    for (const KrvAttributeSliderWidget* slider : sliders()) {
+        boxes.append(slider->findChild<QCheckBox*>());
+        width = qMax(width, boxes.last()->sizeHint().width());
+    }
+    for (QCheckBox* box : qAsConst(boxes))
+        box->setMinimumWidth(width);
 }
 
 QList<KrvAttributeSliderWidget*> KrvAttributesWidget::sliders() const

@@ -19,6 +19,8 @@ public:
     QList<KrvAttributeSliderWidget*> sliders() const;
 
 private:
+    void alignSliders();
+
     KrvAttributeSliderWidget* m_weight;
     KrvAttributeSliderWidget* m_width;
     KrvAttributeSliderWidget* m_italicAngle;

@@ -19,5 +19,14 @@ void FontActivityDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
         return;
     QRect target(QPoint(), image.size() / image.devicePixelRatio());
     target.moveCenter(option.rect.center());
+    if (option.state & QStyle::State_Selected) {
+        // The drawing's colours are made for the list's ground, not for any theme's highlight.
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(Qt::NoPen);
+        painter->setBrush(option.palette.color(QPalette::Base));
+        painter->drawEllipse(target);
+        painter->restore();
+    }
     painter->drawImage(target, image);
 }
