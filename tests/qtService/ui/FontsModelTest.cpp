@@ -215,6 +215,16 @@ private slots:
         QTRY_VERIFY(!model.isFiltering());
         QCOMPARE(view.currentFontId(), m_ids.at(0));
         QCOMPARE(view.selectedFontIds(), QList<int>{m_ids.at(0)});
+
+        // Rows apart from each other and side by side.
+        const QList<int> chosen = {model.font(model.index(0, 0))->id(), model.font(model.index(2, 0))->id(),
+                                   model.font(model.index(3, 0))->id()};
+        for (const int row : {3, 0, 2})
+            view.selectionModel()->select(model.index(row, 0), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        view.selectionModel()->select(model.index(1, 0), QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+        model.setFontGroup(m_group);
+        QTRY_VERIFY(!model.isFiltering());
+        QCOMPARE(view.selectedFontIds(), chosen);
         m_library->repository->removeFonts({m_library->repository->font(m_ids.at(0))});
         QTRY_COMPARE(model.rowCount(), 3);
         QVERIFY(view.currentFontId() != 0);
