@@ -71,3 +71,19 @@ void FindMathingFontsCommand::setResult(const QList<StaticFontPtr>& fonts)
         ids.append(font->id());
     setFontIds(ids);
 }
+
+void FindMathingFontsCommand::runPart(const QSharedPointer<FindMathingFontsCommand>& part)
+{
+    const auto connection = connect(
+        this, &AbstractAsynchronousCommand::stateChanged, this,
+        [part](State state) {
+            if (state == Cancelled)
+                part->cancel();
+        },
+        Qt::DirectConnection);
+    if (state() == Cancelled)
+        part->cancel();
+    part->start();
+    part->waitForFinished();
+    disconnect(connection);
+}

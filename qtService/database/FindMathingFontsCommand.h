@@ -27,6 +27,9 @@ public:
     QList<int> fontIds() const;
 
 protected:
+    // Runs another search as a part of this one and waits for it; a cancel() of this one reaches it at once, so that
+    // whoever drops a cancelled search does not wait for the catalogue to be read to its end.
+    void runPart(const QSharedPointer<FindMathingFontsCommand>& part);
     void setFonts(const QList<StaticFontPtr>& fonts);
     void setFontIds(const QList<int>& ids);
     // Stores records as the kind of result that was asked for.

@@ -45,8 +45,7 @@ void RepositoryFindMathingFontsCommand::operator()()
     const FindMathingFontsCommandPtr query =
         m_strategy->createFindMathingFontsCommand(stored, idsOnly() && inMemory.isEmpty());
     query->setOrdering(orderProperty(), sortOrder());
-    query->start();
-    query->waitForFinished();
+    runPart(query);
     if (state() == Cancelled)
         return;
 

@@ -60,8 +60,7 @@ void FontGroupFindMathingFontsCommand::operator()()
 
     const auto query = m_root->createFindMathingFontsCommand(criteriaAmongMembers(), idsOnly());
     query->setOrdering(orderProperty(), sortOrder());
-    query->start();
-    query->waitForFinished();
+    runPart(query);
     if (state() == Cancelled)
         return;
 
