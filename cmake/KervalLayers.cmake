@@ -30,7 +30,9 @@ endif()
 add_library(kerval_flags INTERFACE)
 target_include_directories(kerval_flags INTERFACE "${CMAKE_SOURCE_DIR}")
 target_compile_options(kerval_flags INTERFACE -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual -Werror
-    -fpch-preprocess)
+    -fpch-preprocess
+    # GCC 12 follows Qt's shared pointers into exception paths that cannot be and calls them uninitialised there.
+    $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 if(KERVAL_SANITIZER)
     target_compile_options(kerval_flags INTERFACE -fsanitize=${KERVAL_SANITIZER} -fno-omit-frame-pointer)
     target_link_options(kerval_flags INTERFACE -fsanitize=${KERVAL_SANITIZER})
