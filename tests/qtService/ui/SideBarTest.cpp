@@ -1,6 +1,7 @@
 #include "qtService/management/SystemFontGroupList.h"
 #include "qtService/management/UserFontGroupList.h"
 #include "qtService/ui/fonts/FontDrag.h"
+#include "qtService/ui/sidebar/KrvUserGroupsViewModel.h"
 #include "qtService/ui/sidebar/SideBarModel.h"
 #include "qtService/ui/sidebar/SideBarWidget.h"
 #include "tests/qtService/database/TestLibrary.h"
@@ -51,6 +52,23 @@ private slots:
         QTRY_COMPARE(model.indexOfGroup(SystemFontGroupList::AllFonts).data(SideBarModel::FontCountRole).toInt(), 1);
         m_library->userDatabase->removeGroup(group);
         QTRY_VERIFY(!model.indexOfGroup(group).isValid());
+    }
+
+    void groupsAreListedWithTheirNumbers()
+    {
+        const int first = addGroup(QStringLiteral("First"));
+        KrvUserGroupsViewModel model(m_user);
+        QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        QCOMPARE(model.index(0, 0).data().toString(), QStringLiteral("First (0)"));
+        const int second = addGroup(QStringLiteral("Second"));
+        QTRY_COMPARE(model.rowCount(), 2);
+        QCOMPARE(model.index(1, 0).data(Qt::UserRole).toInt(), second);
+        m_library->userDatabase->renameGroup(first, QStringLiteral("Renamed"));
+        QTRY_COMPARE(model.index(0, 0).data().toString(), QStringLiteral("Renamed (0)"));
+        m_library->userDatabase->removeGroup(first);
+        QTRY_COMPARE(model.rowCount(), 1);
+        KrvGroupsViewModel all(m_system);
+        QCOMPARE(all.index(0, 0).data().toString(), QStringLiteral("All Fonts (2)"));
     }
 
     void onlyTheUsersGroupsAreSorted()

@@ -2,6 +2,7 @@
 #include "qtService/app/service/FontManagementService.h"
 #include "qtService/database/KrvFontRepository.h"
 #include "qtService/management/UserFontGroupList.h"
+#include "qtService/ui/fonts/ActiveFontSwitchWidget.h"
 #include "qtService/ui/fonts/FontColumn.h"
 #include "qtService/ui/fonts/KrvFontsView.h"
 #include "qtService/ui/fonts/KrvFontsViewModel.h"
@@ -16,6 +17,7 @@
 #include <QClipboard>
 #include <QDialogButtonBox>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -182,6 +184,25 @@ private slots:
         action("actionDeactivate")->trigger();
         QTRY_COMPARE(m_library->font(m_ids.at(0))->activityType(), 0);
         QTRY_COMPARE(model()->rowCount(), 0);
+    }
+
+    void oneFontIsSwitchedByItsButton()
+    {
+        ActiveFontSwitchWidget widget(m_library->service());
+        widget.show();
+        auto* button = widget.findChild<QPushButton*>(QStringLiteral("btnActivate"));
+        QVERIFY(!button->isEnabled());
+        widget.setFont(m_library->font(m_ids.at(2)));
+        QTest::mouseClick(button, Qt::LeftButton);
+        auto* result = widget.findChild<QLabel*>(QStringLiteral("lblResult"));
+        QTRY_VERIFY(result->isVisible());
+        QCOMPARE(result->text(), QStringLiteral("Activated"));
+        QCOMPARE(m_library->font(m_ids.at(2))->activityType(), 2);
+        widget.setFont(m_library->font(m_ids.at(2)));
+        QCOMPARE(button->text(), QStringLiteral("Deactivate"));
+        QTest::mouseClick(button, Qt::LeftButton);
+        QTRY_COMPARE(m_library->font(m_ids.at(2))->activityType(), 0);
+        QTRY_COMPARE(result->text(), QStringLiteral("Deactivated"));
     }
 
     void manyFontsAreConfirmedFirst()
