@@ -24,6 +24,37 @@
     </message>
 </context>
 <context>
+    <name>ActiveFontSwitchWidget</name>
+    <message>
+        <source>Deactivate</source>
+        <translation>Deaktivieren</translation>
+    </message>
+    <message>
+        <source>Activate</source>
+        <translation>Aktivieren</translation>
+    </message>
+    <message>
+        <source>Deactivated</source>
+        <translation>Deaktiviert</translation>
+    </message>
+    <message>
+        <source>Activated</source>
+        <translation>Aktiviert</translation>
+    </message>
+    <message>
+        <source>A system font stays as it is</source>
+        <translation>Eine Systemschrift bleibt, wie sie ist</translation>
+    </message>
+    <message>
+        <source>Another font of this name is active</source>
+        <translation>Eine andere Schrift dieses Namens ist aktiv</translation>
+    </message>
+    <message>
+        <source>The system refused</source>
+        <translation>Das System hat abgelehnt</translation>
+    </message>
+</context>
+<context>
     <name>ActiveFontsGroup</name>
     <message>
         <source>Active Fonts</source>
