@@ -51,7 +51,8 @@ PdfDocument::PdfDocument(const FontSampleJobPtr& job)
 
 PdfDocument::~PdfDocument()
 {
-    QFile::remove(m_fileName);
+    if (!m_fileName.isEmpty())
+        QFile::remove(m_fileName);
 }
 
 void PdfDocument::drawLabel(const QPoint& topLeft, const QSize& size, const QString& text)
@@ -99,6 +100,7 @@ void PdfDocument::finish()
     if (!m_job->isCancelled() && !QFile::copy(m_fileName, m_job->saveFileName()))
         qWarning().noquote() << "W_0_ the PDF document could not be written to" << m_job->saveFileName();
     QFile::remove(m_fileName);
+    m_fileName.clear();
     m_job->setState(FontSampleJob::Finished);
 }
 

@@ -43,7 +43,7 @@ public:
 
 private:
     const FontSampleJobPtr m_job;
-    const QString m_fileName;
+    QString m_fileName; // empty once the temporary file is gone: another job may have its name by then
     QPdfWriter m_writer;
     QPainter m_painter;
     QRect m_page;
