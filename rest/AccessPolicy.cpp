@@ -121,9 +121,25 @@ bool AccessPolicy::allowsOrigin(int method, const QString& origin) const
     const QUrl url(origin.trimmed());
     if (url.scheme() != QLatin1String("http") && url.scheme() != QLatin1String("https"))
         return true;
-    if (isOwnName(url.host()) || isOwnAddress(QHostAddress(url.host())))
-        return true;
-    return m_trustedOrigins.contains(normalizedOrigin(origin));
+    return isFriendlyPage(url);
+}
+
+bool AccessPolicy::isFriendlyPage(const QUrl& origin) const
+{
+    return isOwnName(origin.host()) || isOwnAddress(QHostAddress(origin.host())) ||
+           m_trustedOrigins.contains(normalizedOrigin(origin.toString()));
+}
+
+bool AccessPolicy::allowsPrivately(const QHttpRequest& request) const
+{
+    if (!isOwnAddress(QHostAddress(request.remoteAddress())) || !allowsHost(request.header(QStringLiteral("host"))))
+        return false;
+    const QString origin = request.header(QStringLiteral("origin")).trimmed();
+    if (!origin.isEmpty())
+        return isFriendlyPage(QUrl(origin));
+    // Pictures and scripts are fetched without an origin.
+    const QString site = request.header(QStringLiteral("sec-fetch-site")).trimmed().toLower();
+    return site != QLatin1String("cross-site");
 }
 
 } // namespace api::rest

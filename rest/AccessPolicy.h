@@ -5,6 +5,7 @@
 #include <QStringList>
 
 class QHttpRequest;
+class QUrl;
 
 namespace api::rest {
 
@@ -25,11 +26,18 @@ public:
 
     bool allows(const QHttpRequest& request) const;
 
+    // For what is nobody's business outside this machine: remote clients are refused even where they are allowed, and
+    // pages for reading as well. A page is known by its origin, "null" included, or by what browsers tell of the site
+    // that a request comes from.
+    bool allowsPrivately(const QHttpRequest& request) const;
+
     bool allowsPeer(const QHostAddress& peer) const;
     static bool allowsHost(const QString& hostHeader);
     bool allowsOrigin(int method, const QString& origin) const;
 
 private:
+    bool isFriendlyPage(const QUrl& origin) const;
+
     bool m_allowRemote = false;
     QStringList m_trustedOrigins;
 };

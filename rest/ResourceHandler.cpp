@@ -1,5 +1,6 @@
 #include "rest/ResourceHandler.h"
 
+#include "rest/http/HttpLimits.h"
 #include "rest/http/QHttpResponse.h"
 
 #include <QJsonDocument>
@@ -38,6 +39,16 @@ int ResourceHandler::remove(QHttpRequest*, Headers*, QByteArray*)
 int ResourceHandler::patch(QHttpRequest*, Headers*, QByteArray*)
 {
     return QHttpResponse::STATUS_METHOD_NOT_ALLOWED;
+}
+
+qint64 ResourceHandler::bodyLimit() const
+{
+    return HttpLimits().bodyBytes;
+}
+
+bool ResourceHandler::isPrivate() const
+{
+    return false;
 }
 
 int ResourceHandler::handle(QHttpRequest* request, Headers* headers, QByteArray* body)

@@ -42,6 +42,11 @@ public:
     int handle(QHttpRequest* request, Headers* headers, QByteArray* body);
 
     const Methods& methods() const { return m_methods; }
+    // What a request may bring, in bytes.
+    virtual qint64 bodyLimit() const;
+    // Whether its requests are answered to programs of this machine alone, whatever the settings allow others, and to
+    // no web page that is not this machine's own or trusted, not even for reading.
+    virtual bool isPrivate() const;
 
     // Fully decoded; "+" is a space, and of a repeated key the last value counts.
     static QHash<QString, QString> queryParameters(const QUrl& url);

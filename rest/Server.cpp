@@ -1,5 +1,7 @@
 #include "rest/Server.h"
 
+#include "rest/DeferredResourceHandler.h"
+#include "rest/http/HttpRequestParser.h"
 #include "rest/http/QHttpRequest.h"
 #include "rest/http/QHttpResponse.h"
 
@@ -7,6 +9,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 namespace api::rest {
 
@@ -15,10 +18,20 @@ Server::Server(const QSharedPointer<FontManagementService>& service, QObject* pa
     , m_service(service)
 {
     addResources(service);
+    HttpLimits limits;
+    limits.bodyBytesOf = [this, common = limits.bodyBytes](const HttpRequestHead& head) {
+        const RouteEntry* route = findRoute(head.url.path(QUrl::FullyDecoded));
+        return route ? route->handler->bodyLimit() : common;
+    };
+    m_httpServer.setLimits(limits);
     connect(&m_httpServer, &QHttpServer::newRequest, this, &Server::prepareRequest);
 }
 
-Server::~Server() = default;
+Server::~Server()
+{
+    // The work must find no server to answer to while it is being dropped.
+    const auto dropped = std::exchange(m_deferred, {});
+}
 
 void Server::addHandler(const std::string& pattern, ResourceHandler* handler)
 {
@@ -64,7 +77,9 @@ void Server::setAccessPolicy(const AccessPolicy& policy)
 
 void Server::prepareRequest(QHttpRequest* request, QHttpResponse* response)
 {
-    if (!m_accessPolicy.allows(*request)) {
+    const RouteEntry* route = findRoute(request->path());
+    const bool isPrivate = route && route->handler->isPrivate();
+    if (isPrivate ? !m_accessPolicy.allowsPrivately(*request) : !m_accessPolicy.allows(*request)) {
         response->setHeader(QStringLiteral("Connection"), QStringLiteral("close"));
         response->setHeader(QStringLiteral("Content-Length"), QStringLiteral("0"));
         response->writeHead(QHttpResponse::STATUS_FORBIDDEN);
@@ -87,16 +102,73 @@ void Server::onBodyLoaded()
     const QPointer<QHttpResponse> response = m_pending.take(request);
     if (!request || !response || response->isFinished() || !request->isComplete())
         return;
-    const QString path = request->path();
+    const RouteEntry* route = findRoute(request->path());
+    if (!route) {
+        refuse(response, QHttpResponse::STATUS_NOT_FOUND);
+    } else if (route->needsLibrary && !isLibraryOpen()) {
+        refuse(response, QHttpResponse::STATUS_SERVICE_UNAVAILABLE);
+    } else {
+        auto* deferred = dynamic_cast<DeferredResourceHandler*>(route->handler.get());
+        if (deferred && deferred->methods().count(QHttpRequest::HttpMethod(request->method())) != 0)
+            begin(request, response, *deferred);
+        else
+            dispatch(request, response, std::shared_ptr<ResourceHandler>(route->handler));
+    }
+}
+
+const Server::RouteEntry* Server::findRoute(const QString& path) const
+{
     const auto route = std::find_if(m_routes.cbegin(), m_routes.cend(), [&path](const RouteEntry& entry) {
         return entry.expression.match(path).hasMatch();
     });
-    if (route == m_routes.cend())
-        refuse(response, QHttpResponse::STATUS_NOT_FOUND);
-    else if (route->needsLibrary && !isLibraryOpen())
-        refuse(response, QHttpResponse::STATUS_SERVICE_UNAVAILABLE);
-    else
-        dispatch(request, response, std::shared_ptr<ResourceHandler>(route->handler));
+    return route == m_routes.cend() ? nullptr : &*route;
+}
+
+void Server::begin(QHttpRequest* request, const QPointer<QHttpResponse>& response, DeferredResourceHandler& handler)
+{
+    QHttpResponse* const key = response;
+    const auto forget = [this, key] {
+        // Dropping the work may call back; by then it must not be found any more.
+        const auto entry = m_deferred.find(key);
+        if (entry == m_deferred.end())
+            return;
+        const std::shared_ptr<void> work = std::move(entry->second);
+        m_deferred.erase(entry);
+    };
+    m_deferred.emplace(key, nullptr);
+    connect(response, &QObject::destroyed, this, forget);
+    connect(response, &QHttpResponse::abandoned, this, [response, forget] {
+        forget();
+        if (response)
+            response->end(); // nobody reads it, but the connection waits for it
+    });
+    const QPointer<Server> guard(this);
+    const auto reply = [guard, response, forget, isPrivate = handler.isPrivate()](const auto& answer) {
+        if (!guard || !response || response->isFinished())
+            return;
+        send(response, answer.status, answer.headers, answer.body, isPrivate);
+        forget();
+    };
+    std::shared_ptr<void> work = handler.begin(*request, reply);
+    const auto entry = m_deferred.find(key);
+    if (entry != m_deferred.end())
+        entry->second = std::move(work);
+}
+
+void Server::send(QHttpResponse* response, int status, const ResourceHandler::Headers& headers, const QByteArray& body,
+                  bool isPrivate)
+{
+    QStringList names = headers.keys();
+    names.sort();
+    for (const QString& name : qAsConst(names))
+        response->setHeader(name, headers.value(name));
+    if (!isPrivate) {
+        response->setHeader(QStringLiteral("Access-Control-Allow-Origin"), QStringLiteral("*"));
+        response->setHeader(QStringLiteral("Access-Control-Expose-Headers"), names.join(QLatin1String(", ")));
+    }
+    response->writeHead(status);
+    response->write(body);
+    response->end();
 }
 
 void Server::refuse(QHttpResponse* response, int statusCode)
@@ -124,15 +196,7 @@ void Server::dispatch(QHttpRequest* request, const QPointer<QHttpResponse>& resp
     if (!response || response->isFinished())
         return;
 
-    QStringList names = headers.keys();
-    names.sort();
-    for (const QString& name : qAsConst(names))
-        response->setHeader(name, headers.value(name));
-    response->setHeader(QStringLiteral("Access-Control-Allow-Origin"), QStringLiteral("*"));
-    response->setHeader(QStringLiteral("Access-Control-Expose-Headers"), names.join(QLatin1String(", ")));
-    response->writeHead(status);
-    response->write(body);
-    response->end();
+    send(response, status, headers, body, handler->isPrivate());
 }
 
 } // namespace api::rest

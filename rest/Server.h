@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 #include <QSharedPointer>
 #include <QVector>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -18,6 +19,8 @@ class QHttpRequest;
 class QHttpResponse;
 
 namespace api::rest {
+
+class DeferredResourceHandler;
 
 // The REST/JSON interface of the running service. Routes are tried in the order in which they were added; the first
 // whose pattern matches the whole decoded path answers. Main thread only.
@@ -65,14 +68,19 @@ private:
     void addResources(const QSharedPointer<FontManagementService>& service);
     void addRoute(const std::string& pattern, ResourceHandler* handler, bool needsLibrary);
     bool isLibraryOpen() const;
+    const RouteEntry* findRoute(const QString& path) const;
+    void begin(QHttpRequest* request, const QPointer<QHttpResponse>& response, DeferredResourceHandler& handler);
     static void dispatch(QHttpRequest* request, const QPointer<QHttpResponse>& response,
                          const std::shared_ptr<ResourceHandler>& handler);
+    static void send(QHttpResponse* response, int status, const ResourceHandler::Headers& headers,
+                     const QByteArray& body, bool isPrivate);
     static void refuse(QHttpResponse* response, int statusCode);
 
     QHttpServer m_httpServer;
     std::vector<RouteEntry> m_routes;
     QSharedPointer<FontManagementService> m_service;
     QHash<QHttpRequest*, QHttpResponse*> m_pending;
+    std::map<QHttpResponse*, std::shared_ptr<void>> m_deferred; // the answers that are being worked on
     AccessPolicy m_accessPolicy;
 };
 

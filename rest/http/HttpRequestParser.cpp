@@ -190,8 +190,9 @@ struct HttpRequestParser::Private
             state = State::Malformed;
             return -1;
         }
+        bodyLimit = limits.bodyBytesOf ? limits.bodyBytesOf(head) : limits.bodyBytes;
         constexpr auto unknownLength = std::numeric_limits<decltype(parser.content_length)>::max();
-        if (parser.content_length != unknownLength && parser.content_length > quint64(limits.bodyBytes)) {
+        if (parser.content_length != unknownLength && parser.content_length > quint64(bodyLimit)) {
             state = State::BodyTooLarge;
             return -1;
         }
@@ -202,7 +203,7 @@ struct HttpRequestParser::Private
     int bodyData(const char* at, size_t n)
     {
         bodyBytes += qint64(n);
-        if (bodyBytes > limits.bodyBytes) {
+        if (bodyBytes > bodyLimit) {
             state = State::BodyTooLarge;
             return 1;
         }
@@ -229,6 +230,7 @@ struct HttpRequestParser::Private
     bool inValue = false;
     qint64 headerBytes = 0;
     qint64 bodyBytes = 0;
+    qint64 bodyLimit = 0;
 };
 
 HttpRequestParser::HttpRequestParser(Sink& sink, const HttpLimits& limits)

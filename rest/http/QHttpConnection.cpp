@@ -227,6 +227,8 @@ void QHttpConnection::socketDisconnected()
         deleteLater();
     if (m_request && !m_request->isComplete())
         emit m_request->end();
+    else if (isBeingHandled)
+        emit m_response->abandoned();
 }
 
 void QHttpConnection::onTimeout()

@@ -51,6 +51,8 @@ public slots:
 signals:
     void allBytesWritten();
     void done();
+    // The client has left while its request, which had arrived whole, was waiting for this answer. Ending is still due.
+    void abandoned();
 
 private slots:
     void connectionClosed();

@@ -1,4 +1,5 @@
 #include "qtService/app/core/SettingsFolders.h"
+#include "rest/DeferredResourceHandler.h"
 #include "rest/Server.h"
 #include "tests/rest/httpclient.h"
 #include "tests/support/testregistry.h"
@@ -38,6 +39,27 @@ class TestRouting : public QObject
             return 201;
         }
         int patch(QHttpRequest*, Headers*, QByteArray*) override { throw std::runtime_error("broken handler"); }
+    };
+
+    struct Deferred : api::rest::DeferredResourceHandler
+    {
+        Deferred()
+            : DeferredResourceHandler({QHttpRequest::HTTP_GET, QHttpRequest::HTTP_POST})
+        {
+        }
+        qint64 bodyLimit() const override { return 10 * 1024 * 1024; }
+        bool isPrivate() const override { return true; }
+        std::shared_ptr<void> begin(const QHttpRequest& request, const Reply& reply) override
+        {
+            if (request.path().endsWith(QLatin1String("/now")))
+                reply({200, {}, "now"});
+            else
+                replies.insert(request.path(), reply);
+            ++working;
+            return std::shared_ptr<void>(nullptr, [this](void*) { --working; });
+        }
+        QMap<QString, Reply> replies;
+        int working = 0;
     };
 
     std::unique_ptr<Server> m_server;
@@ -143,6 +165,66 @@ private slots:
         const HttpReply reply = m_client->get(QStringLiteral("/waiting"));
         QCOMPARE(reply.status, 0);
         QTRY_VERIFY(done);
+    }
+
+    void deferredAnswersGoOutWhenTheyAreReady()
+    {
+        auto* handler = new Deferred;
+        m_server->addHandler("/deferred/.*", handler);
+        QNetworkAccessManager network;
+        const QString base = QStringLiteral("http://127.0.0.1:%1/deferred/").arg(m_server->port());
+        const std::unique_ptr<QNetworkReply> first(network.get(QNetworkRequest(QUrl(base + QStringLiteral("first")))));
+        const std::unique_ptr<QNetworkReply> second(
+            network.get(QNetworkRequest(QUrl(base + QStringLiteral("second")))));
+        QTRY_COMPARE(handler->replies.size(), 2);
+        QCOMPARE(m_client->get(QStringLiteral("/deferred/now")).body, QByteArray("now"));
+
+        handler->replies.value(QStringLiteral("/deferred/second"))({200, {}, "2"});
+        handler->replies.value(QStringLiteral("/deferred/second"))({500, {}, "again"});
+        QTRY_VERIFY(second->isFinished());
+        QCOMPARE(second->readAll(), QByteArray("2"));
+        QVERIFY(!first->isFinished());
+        QTRY_COMPARE(handler->working, 1);
+
+        first->abort();
+        QTRY_COMPARE(handler->working, 0); // the client has left
+        handler->replies.value(QStringLiteral("/deferred/first"))({200, {}, "late"});
+
+        const std::unique_ptr<QNetworkReply> last(network.get(QNetworkRequest(QUrl(base + QStringLiteral("last")))));
+        QTRY_COMPARE(handler->working, 1);
+        const auto replies = handler->replies;
+        m_server.reset();
+        replies.value(QStringLiteral("/deferred/last"))({200, {}, "late"});
+        QTRY_VERIFY(last->isFinished());
+        QVERIFY(last->error() != QNetworkReply::NoError);
+    }
+
+    void privateRoutesAreForThisMachineAlone()
+    {
+        m_server->addHandler("/deferred/.*", new Deferred);
+        m_server->setAccessPolicy(api::rest::AccessPolicy(true, {QStringLiteral("https://friend.example")}));
+        const QString path = QStringLiteral("/deferred/now");
+        const HttpReply reply = m_client->get(path);
+        QCOMPARE(reply.status, 200);
+        QCOMPARE(reply.header("Access-Control-Allow-Origin"), QByteArray());
+        for (const char* origin : {"https://page.example", "null", "file://"})
+            QCOMPARE(m_client->send("GET", path, {}, {{"Origin", origin}}).status, 403);
+        for (const char* origin : {"https://friend.example", "http://localhost:8080"})
+            QCOMPARE(m_client->send("GET", path, {}, {{"Origin", origin}}).status, 200);
+        QCOMPARE(m_client->send("GET", path, {}, {{"Sec-Fetch-Site", "cross-site"}}).status, 403);
+        QCOMPARE(m_client->send("GET", path, {}, {{"Sec-Fetch-Site", "none"}}).status, 200);
+        QCOMPARE(m_client->send("OPTIONS", path, {}, {{"Origin", "null"}}).status, 403);
+        QCOMPARE(m_client->send("GET", path, {}, {{"Host", "page.example"}}).status, 403);
+    }
+
+    void aRouteMayTakeLargerBodies()
+    {
+        m_server->addHandler("/deferred/.*", new Deferred);
+        const QByteArray large(9 * 1024 * 1024, 'a');
+        QCOMPARE(m_client->send("POST", QStringLiteral("/deferred/now"), large).status, 200);
+        QCOMPARE(m_client->send("POST", QStringLiteral("/echo"), large).status, 413);
+        QCOMPARE(m_client->send("POST", QStringLiteral("/deferred/now"), QByteArray(11 * 1024 * 1024, 'a')).status,
+                 413);
     }
 
     void parseBool_data()
