@@ -1,6 +1,5 @@
 #include "helpers/fontadder/OnlineInformation.h"
 
-#include "helpers/common/FaceReport.h"
 #include "helpers/fontadder/FontFace.h"
 #include "helpers/fontadder/NameText.h"
 #include "helpers/fontadder/platform.h"
@@ -29,6 +28,36 @@ int hexDigit(char c)
     return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
+// The character at a place of a file written with a codec of UTF-8, and how many bytes it takes; what is not UTF-8
+// stands for itself.
+std::uint32_t characterAt(std::string_view text, std::size_t at, std::size_t* length)
+{
+    const auto first = static_cast<unsigned char>(text[at]);
+    *length = 1;
+    const std::size_t following = first >= 0xf0 && first < 0xf5 ? 3 : first >= 0xe0 ? 2 : first >= 0xc2 ? 1 : 0;
+    if (first < 0xc2 || first >= 0xf5 || text.size() - at <= following)
+        return first;
+    std::uint32_t character = first & (0x3fu >> following);
+    for (std::size_t i = 1; i <= following; ++i) {
+        const auto next = static_cast<unsigned char>(text[at + i]);
+        if ((next & 0xc0) != 0x80)
+            return first;
+        character = character << 6 | (next & 0x3fu);
+    }
+    *length = following + 1;
+    return character;
+}
+
+void append(std::u16string* text, std::uint32_t character)
+{
+    if (character < 0x10000) {
+        *text += static_cast<char16_t>(character);
+        return;
+    }
+    *text += static_cast<char16_t>(0xd800 + ((character - 0x10000) >> 10));
+    *text += static_cast<char16_t>(0xdc00 + ((character - 0x10000) & 0x3ff));
+}
+
 // A value as a row of 16-bit characters: outside quotes blanks at the ends are dropped, inside them and out "\n", "\0",
 // "\x1234" and the like stand for one character.
 std::u16string unescaped(std::string_view value)
@@ -40,7 +69,9 @@ std::u16string unescaped(std::string_view value)
         if (value[i] == '"')
             continue;
         if (value[i] != '\\' || i + 1 == value.size()) {
-            text += static_cast<unsigned char>(value[i]);
+            std::size_t length = 1;
+            append(&text, characterAt(value, i, &length));
+            i += length - 1;
             continue;
         }
         const char escape = value[++i];
@@ -67,16 +98,11 @@ std::string bytesOf(const std::u16string& text)
 std::string utf8Of(const std::u16string& text)
 {
     std::string bigEndian;
-    bool isLatin = true;
     for (const char16_t c : text) {
-        isLatin = isLatin && c < 0x100;
         bigEndian += static_cast<char>(c >> 8);
         bigEndian += static_cast<char>(c & 0xff);
     }
-    // A file written with a codec of UTF-8 holds the bytes themselves.
-    const std::string bytes = bytesOf(text);
-    const bool isUtf8 = isLatin && helpers::harmlessValue(bytes).find("\xef\xbf\xbd") == std::string::npos;
-    return isUtf8 ? bytes : fromUtf16BigEndian(bigEndian);
+    return fromUtf16BigEndian(bigEndian);
 }
 
 long long dayNumber(int year, int month, int day)

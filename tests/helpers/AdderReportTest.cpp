@@ -29,6 +29,9 @@ private slots:
     void sideFileIsRead();
     void strangeSideFilesAreIgnored();
     void strangeFileNamesComeBack();
+
+private:
+    void checkSideFile(const QDateTime& downloaded, const QString& source, const char* codec);
 };
 
 void AdderReportTest::everyItemOfTheCatalogueIsThere()
@@ -286,6 +289,9 @@ void AdderReportTest::sideFileIsRead_data()
                          << QStringLiteral("a, b; \"c\" = d\\e");
     QTest::newRow("distance to UTC") << QDateTime(QDate(1999, 12, 31), QTime(12, 0), Qt::OffsetFromUTC, -5400)
                                      << QStringLiteral("Größe 凧 x1");
+    // Its Julian day is 0x257f80 and has bytes that UTF-8 spells otherwise.
+    QTest::newRow("high bytes") << QDateTime(QDate(2017, 1, 28).addDays(2000), QTime(22, 22, 22))
+                                << QStringLiteral("x");
     QTest::newRow("no date") << QDateTime() << QString();
 }
 
@@ -293,11 +299,19 @@ void AdderReportTest::sideFileIsRead()
 {
     QFETCH(QDateTime, downloaded);
     QFETCH(QString, source);
+    for (const char* codec : {"", "UTF-8"})
+        checkSideFile(downloaded, source, codec);
+}
+
+void AdderReportTest::checkSideFile(const QDateTime& downloaded, const QString& source, const char* codec)
+{
     QTemporaryDir folder;
     const QString font = folder.filePath(QStringLiteral("kite.ttf"));
     QVERIFY(QFile::copy(testFont(QStringLiteral("typographic-names.ttf")), font));
     {
         QSettings settings(font + QStringLiteral(".onlineinfo"), QSettings::IniFormat);
+        if (*codec != '\0')
+            settings.setIniCodec(codec);
         settings.setValue(QStringLiteral("OnlineId"), 1234567);
         settings.setValue(QStringLiteral("OnlineSource"), source);
         settings.setValue(QStringLiteral("DownloadedDate"), downloaded);
