@@ -43,17 +43,24 @@ void ExtractFontArchiveCommand::operator()()
     }
     m_archive.close();
     if (m_markAsDownloaded)
-        markAsDownloaded();
+        markFontsAsDownloaded(m_destinationFolder);
     setState(Finished);
 }
 
-void ExtractFontArchiveCommand::markAsDownloaded() const
+int ExtractFontArchiveCommand::markFontsAsDownloaded(const QString& folder)
 {
     const QDateTime now = QDateTime::currentDateTime();
-    QDirIterator files(m_destinationFolder, QDir::Files, QDirIterator::Subdirectories);
+    int fonts = 0;
+    QDirIterator files(folder, QDir::Files, QDirIterator::Subdirectories);
     while (files.hasNext()) {
         const QString file = files.next();
-        if (KrvFontFile(file).open(0) && !krv::writeOnlineInfo(file, 0, QString(), now, true))
+        if (!KrvFontFile(file).open(0))
+            continue;
+        ++fonts;
+        // One that came along in the archive says what its maker wanted.
+        krv::removeOnlineInfo(file);
+        if (!krv::writeOnlineInfo(file, 0, QString(), now, true))
             qWarning("E_1_ The online information of \"%s\" could not be written", qUtf8Printable(file));
     }
+    return fonts;
 }

@@ -14,12 +14,13 @@ public:
     ExtractFontArchiveCommand(const ZipArchive& archive, const QString& destinationFolder, bool markAsDownloaded);
     ~ExtractFontArchiveCommand() override;
 
+    // Every font below the folder; how many there are.
+    static int markFontsAsDownloaded(const QString& folder);
+
 protected:
     void operator()() override;
 
 private:
-    void markAsDownloaded() const;
-
     ZipArchive m_archive;
     const QString m_destinationFolder;
     const bool m_markAsDownloaded;

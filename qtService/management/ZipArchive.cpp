@@ -16,26 +16,14 @@
 namespace {
 
 constexpr int bufferSize = 0x100000;
+// Stays free on the disk, so that the databases can still be written.
+constexpr qint64 roomForOthers = 64 * 1024 * 1024;
 constexpr uLong utf8Names = 1 << 11;
 constexpr uLong madeByUnix = (3 << 8) | 45;
 
 bool isFolderName(const QString& entryName)
 {
     return entryName.endsWith(QLatin1Char('/')) || entryName.endsWith(QLatin1Char('\\'));
-}
-
-// The entry's path below a destination folder; empty when it would lie outside, or names nothing.
-QString pathInside(const QString& entryName)
-{
-    QString name = entryName;
-    name.replace(QLatin1Char('\\'), QLatin1Char('/'));
-    const bool hasDrive = name.size() > 1 && name.at(1) == QLatin1Char(':');
-    if (name.startsWith(QLatin1Char('/')) || hasDrive || name.contains(QChar(QChar::Null)))
-        return QString();
-    name = QDir::cleanPath(name);
-    if (name == QLatin1String(".") || name == QLatin1String("..") || name.startsWith(QLatin1String("../")))
-        return QString();
-    return name;
 }
 
 // False when a symbolic link that is already there leads the folder out of the destination.
@@ -47,6 +35,15 @@ bool staysInside(const QString& folder, const QString& destinationFolder)
     const QString destination = QFileInfo(destinationFolder).canonicalFilePath();
     const QString real = existing.canonicalFilePath();
     return real == destination || real.startsWith(destination + QLatin1Char('/'));
+}
+
+// A folder cannot be made where an earlier entry of the archive is a file.
+bool isBlockedByFile(const QString& folder, const QString& destinationFolder)
+{
+    QFileInfo existing(folder);
+    while (!existing.exists() && existing.filePath().size() > destinationFolder.size())
+        existing.setFile(existing.path());
+    return existing.isFile();
 }
 
 tm_zip zipTime(const QDateTime& time)
@@ -126,9 +123,29 @@ ZipArchive::~ZipArchive()
     close();
 }
 
+QString ZipArchive::pathInside(const QString& entryName)
+{
+    QString name = entryName;
+    name.replace(QLatin1Char('\\'), QLatin1Char('/'));
+    const bool hasDrive = name.size() > 1 && name.at(1) == QLatin1Char(':');
+    if (name.startsWith(QLatin1Char('/')) || hasDrive || name.contains(QChar(QChar::Null)))
+        return QString();
+    name = QDir::cleanPath(name);
+    if (name == QLatin1String(".") || name == QLatin1String("..") || name.startsWith(QLatin1String("../")))
+        return QString();
+    return name;
+}
+
+bool ZipArchive::fail(Failure failure)
+{
+    m_failure = failure;
+    return false;
+}
+
 bool ZipArchive::open(int mode)
 {
     close();
+    m_failure = NoFailure;
     const bool opened = mode == Read ? openForReading() : mode == Write ? openForWriting() : false;
     if (!opened) {
         close();
@@ -144,7 +161,7 @@ bool ZipArchive::openForReading()
 {
     m_reader = std::make_unique<ZipReader>();
     if (!m_reader->open(m_archivePath))
-        return false;
+        return fail(Unreadable);
     const QList<ZipReader::Entry>& entries = m_reader->entries();
     for (int i = 0; i < entries.size(); ++i) {
         const ZipReader::Entry& entry = entries.at(i);
@@ -162,7 +179,7 @@ bool ZipArchive::openForReading()
 bool ZipArchive::openForWriting()
 {
     if (QFile::exists(m_archivePath) && !QFile::remove(m_archivePath))
-        return false;
+        return fail(NotWritten);
     m_handle = zipOpen64(QFile::encodeName(m_archivePath).constData(), APPEND_STATUS_CREATE);
     return m_handle;
 }
@@ -187,10 +204,11 @@ bool ZipArchive::close()
 
 bool ZipArchive::extract(const QString& entryName, const QString& destinationFolder, bool withChildren)
 {
+    m_failure = NoFailure;
     if (m_mode != Read || !QDir().mkpath(destinationFolder))
-        return false;
+        return fail(NotWritten);
     if (!hasRoom(destinationFolder))
-        return false;
+        return fail(NoRoom);
 
     QStringList names(entryName);
     if (withChildren && isFolderName(entryName)) {
@@ -215,7 +233,7 @@ bool ZipArchive::hasRoom(const QString& destinationFolder)
     if (m_roomFor == destinationFolder)
         return true;
     const QStorageInfo storage(destinationFolder);
-    if (storage.isValid() && m_contentSize > quint64(qMax<qint64>(0, storage.bytesAvailable()))) {
+    if (storage.isValid() && m_contentSize > quint64(qMax<qint64>(0, storage.bytesAvailable() - roomForOthers))) {
         qWarning("E_0_ No room for the content of \"%s\"", qUtf8Printable(m_archivePath));
         return false;
     }
@@ -228,23 +246,37 @@ bool ZipArchive::extractEntry(int index, const QString& destinationFolder)
     const ZipReader::Entry& entry = m_reader->entries().at(index);
     const QString inside = pathInside(entry.name);
     if (inside.isEmpty())
-        return false;
+        return fail(Unsafe);
     const QString target = destinationFolder + QLatin1Char('/') + inside;
     const bool isFolder = isFolderName(entry.name);
     const QString folder = isFolder ? target : QFileInfo(target).path();
-    if (!staysInside(folder, destinationFolder) || !QDir().mkpath(folder))
-        return false;
+    if (!staysInside(folder, destinationFolder))
+        return fail(Unsafe);
+    if (!QDir().mkpath(folder))
+        return fail(isBlockedByFile(folder, destinationFolder) ? Unsafe : NotWritten);
     if (isFolder)
         return true;
 
     QFile file(target);
     file.remove();
     if (!file.open(QIODevice::WriteOnly | QIODevice::NewOnly))
-        return false;
-    if (m_reader->extract(entry, &file) && file.flush())
+        return fail(QFileInfo(target).isDir() ? Unsafe : NotWritten);
+    const ZipReader::Outcome outcome = m_reader->extract(entry, &file, m_observer);
+    if (outcome == ZipReader::Extracted && file.flush())
         return true;
     file.remove();
-    return false;
+    switch (outcome) {
+    case ZipReader::Encrypted:
+        return fail(Encrypted);
+    case ZipReader::Damaged:
+        return fail(Damaged);
+    case ZipReader::Interrupted:
+        return fail(Interrupted);
+    case ZipReader::Extracted:
+    case ZipReader::NotWritten:
+        break;
+    }
+    return fail(NotWritten);
 }
 
 bool ZipArchive::addFile(const QString& filePath, const QString& entryName)

@@ -1,6 +1,7 @@
 #include "qtService/management/ZipReader.h"
 
 #include <QFileInfo>
+#include <QTextCodec>
 #include <QtEndian>
 
 #include <zlib.h>
@@ -45,32 +46,52 @@ bool readLongValues(const char* extra, int length, const QList<quint64*>& values
     return false;
 }
 
+// Names are UTF-8; what is not was written by a tool that used the code page of its time.
+QString entryName(const QByteArray& bytes)
+{
+    QTextCodec::ConverterState state;
+    const QString name = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
+    if (state.invalidChars == 0 && state.remainingChars == 0)
+        return name;
+    const QTextCodec* const codePage = QTextCodec::codecForName("IBM850");
+    return codePage ? codePage->toUnicode(bytes) : QString::fromLatin1(bytes);
+}
+
+} // namespace
+
 // Writes content and follows its length and check sum.
 class CheckedTarget
 {
 public:
-    CheckedTarget(QIODevice* target, const ZipReader::Entry& entry)
+    CheckedTarget(QIODevice* target, const ZipReader::Entry& entry, const ZipReader::Observer& observer)
         : m_target(target)
         , m_entry(entry)
+        , m_observer(observer)
     {
     }
 
-    bool write(const char* bytes, qint64 length)
+    ZipReader::Outcome write(const char* bytes, qint64 length)
     {
         m_written += quint64(length);
         m_checksum = crc32(m_checksum, reinterpret_cast<const Bytef*>(bytes), uInt(length));
-        return m_written <= m_entry.size && m_target->write(bytes, length) == length;
+        if (m_written > m_entry.size)
+            return ZipReader::Damaged;
+        if (m_target->write(bytes, length) != length)
+            return ZipReader::NotWritten;
+        return !m_observer || m_observer(length) ? ZipReader::Extracted : ZipReader::Interrupted;
     }
-    bool isWhole() const { return m_written == m_entry.size && m_checksum == m_entry.checksum; }
+    ZipReader::Outcome end() const
+    {
+        return m_written == m_entry.size && m_checksum == m_entry.checksum ? ZipReader::Extracted : ZipReader::Damaged;
+    }
 
 private:
     QIODevice* m_target;
     const ZipReader::Entry& m_entry;
+    const ZipReader::Observer& m_observer;
     quint64 m_written = 0;
     uLong m_checksum = crc32(0, nullptr, 0);
 };
-
-} // namespace
 
 bool ZipReader::open(const QString& path)
 {
@@ -153,7 +174,7 @@ bool ZipReader::readEntries(const Directory& directory)
         if (end - at - entrySize < nameLength + extraLength + commentLength)
             return false;
         Entry entry;
-        entry.name = QString::fromUtf8(at + entrySize, nameLength);
+        entry.name = entryName(QByteArray::fromRawData(at + entrySize, nameLength));
         entry.flags = number<quint16>(at + 8);
         entry.method = number<quint16>(at + 10);
         entry.checksum = number<quint32>(at + 16);
@@ -175,17 +196,20 @@ bool ZipReader::readEntries(const Directory& directory)
     return true;
 }
 
-bool ZipReader::extract(const Entry& entry, QIODevice* target)
+ZipReader::Outcome ZipReader::extract(const Entry& entry, QIODevice* target, const Observer& observer)
 {
-    if (entry.flags & encrypted || !seekContent(entry))
-        return false;
+    if (entry.flags & encrypted)
+        return Encrypted;
+    if (!seekContent(entry))
+        return Damaged;
+    CheckedTarget checked(target, entry, observer);
     switch (entry.method) {
     case 0:
-        return copyStored(entry, target);
+        return copyStored(entry, &checked);
     case Z_DEFLATED:
-        return copyDeflated(entry, target);
+        return copyDeflated(entry, &checked);
     default:
-        return false;
+        return Damaged;
     }
 }
 
@@ -201,31 +225,32 @@ bool ZipReader::seekContent(const Entry& entry)
     return m_file.seek(m_file.pos() + skipped);
 }
 
-bool ZipReader::copyStored(const Entry& entry, QIODevice* target)
+ZipReader::Outcome ZipReader::copyStored(const Entry& entry, CheckedTarget* target)
 {
-    CheckedTarget checked(target, entry);
     QByteArray buffer(bufferSize, Qt::Uninitialized);
     for (quint64 left = entry.compressedSize; left > 0;) {
         const qint64 read = m_file.read(buffer.data(), qint64(qMin<quint64>(left, bufferSize)));
-        if (read <= 0 || !checked.write(buffer.constData(), read))
-            return false;
+        if (read <= 0)
+            return Damaged;
+        const Outcome outcome = target->write(buffer.constData(), read);
+        if (outcome != Extracted)
+            return outcome;
         left -= quint64(read);
     }
-    return checked.isWhole();
+    return target->end();
 }
 
-bool ZipReader::copyDeflated(const Entry& entry, QIODevice* target)
+ZipReader::Outcome ZipReader::copyDeflated(const Entry& entry, CheckedTarget* target)
 {
     z_stream stream = {};
     if (inflateInit2(&stream, -MAX_WBITS) != Z_OK)
-        return false;
-    CheckedTarget checked(target, entry);
+        return Damaged;
     QByteArray input(bufferSize, Qt::Uninitialized);
     QByteArray output(bufferSize, Qt::Uninitialized);
     quint64 left = entry.compressedSize;
     int result = Z_OK;
-    bool copied = true;
-    while (copied && result == Z_OK) {
+    Outcome outcome = Extracted;
+    while (outcome == Extracted && result == Z_OK) {
         if (stream.avail_in == 0 && left > 0) {
             const qint64 read = m_file.read(input.data(), qint64(qMin<quint64>(left, bufferSize)));
             if (read <= 0)
@@ -237,8 +262,10 @@ bool ZipReader::copyDeflated(const Entry& entry, QIODevice* target)
         stream.next_out = reinterpret_cast<Bytef*>(output.data());
         stream.avail_out = bufferSize;
         result = inflate(&stream, Z_NO_FLUSH);
-        copied = checked.write(output.constData(), bufferSize - qint64(stream.avail_out));
+        outcome = target->write(output.constData(), bufferSize - qint64(stream.avail_out));
     }
     inflateEnd(&stream);
-    return copied && result == Z_STREAM_END && checked.isWhole();
+    if (outcome != Extracted)
+        return outcome;
+    return result == Z_STREAM_END ? target->end() : Damaged;
 }

@@ -4,6 +4,8 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
+
 // The reading half of ZipArchive. minizip's own reader takes the sizes and places above 4 GiB of an archive for 2^32 -
 // 1 on 64-bit Linux, so the directory is read here, and the content with zlib. Stored and deflated entries; what the
 // directory claims is checked against the file.
@@ -21,11 +23,21 @@ public:
         quint64 offset = 0; // of the local header, from the start of the file
     };
 
+    enum Outcome
+    {
+        Extracted,
+        Encrypted,
+        Damaged, // or packed by an unknown method
+        NotWritten,
+        Interrupted
+    };
+    using Observer = std::function<bool(qint64 bytes)>;
+
     // False when the file is no archive or its directory is damaged.
     bool open(const QString& path);
     const QList<Entry>& entries() const { return m_entries; }
-    // False for an encrypted entry, an unknown method, damaged content or a target that cannot take it.
-    bool extract(const Entry& entry, QIODevice* target);
+    // The observer, which may be empty, is called after each piece; false interrupts.
+    Outcome extract(const Entry& entry, QIODevice* target, const Observer& observer);
 
 private:
     struct Directory
@@ -40,8 +52,8 @@ private:
     bool readLongDirectory(qint64 endPosition, Directory* directory);
     bool readEntries(const Directory& directory);
     bool seekContent(const Entry& entry);
-    bool copyStored(const Entry& entry, QIODevice* target);
-    bool copyDeflated(const Entry& entry, QIODevice* target);
+    Outcome copyStored(const Entry& entry, class CheckedTarget* target);
+    Outcome copyDeflated(const Entry& entry, class CheckedTarget* target);
 
     QFile m_file;
     QList<Entry> m_entries;

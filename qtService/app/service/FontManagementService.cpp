@@ -86,6 +86,7 @@ void FontManagementService::startPriv()
     if (m_isStarted)
         return;
     const QString settingsFolder = krv::userSettingsFolder();
+    ArchivesFolder(ArchivesFolder::userPath()).removeLeftovers();
     openDatabases(settingsFolder);
     openPrograms(settingsFolder);
     openGroups();

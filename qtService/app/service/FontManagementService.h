@@ -13,6 +13,7 @@
 #include "qtService/management/ExistingFontsGroup.h"
 #include "qtService/management/ExtractFontArchiveCommand.h"
 #include "qtService/management/FontActivityChangeCommand.h"
+#include "qtService/management/ImportFontArchivesCommand.h"
 #include "qtService/management/SimilarFontsGroup.h"
 #include "qtService/management/SystemFontGroupList.h"
 #include "qtService/management/systemfm/SystemFontDescriptor.h"
@@ -83,7 +84,7 @@ public slots:
     FontManagementService::ErrorType addFonts(QStringList filePaths, QString onlineSource, int onlineId);
     FontManagementService::ErrorType addFonts(QStringList filePaths, QString onlineSource);
     FontManagementService::ErrorType addFonts(QStringList filePaths);
-    // Adds everything the system, the last replaced catalogue and the scan paths know of.
+    // Adds everything the system, the last replaced catalogue, the scan paths and the imported archives know of.
     void rescanFonts();
     ClearDatabaseCommandPtr clearDatabase();
     SetFontsHiddenCommandPtr setFontsHidden(QList<int> fontIdList, bool hidden);
@@ -104,6 +105,8 @@ public slots:
     ExportFontsCommandPtr exportFonts(QString fileName, QList<int> fontIdList);
     ExportFontsCommandPtr exportAllFonts(QString fileName);
     ExtractFontArchiveCommandPtr extractFontArchive(QString fileName, QString destPath, bool isPurchased);
+    // Into folders of the library; the caller adds them.
+    ImportFontArchivesCommandPtr importFontArchives(QStringList fileNames);
     FontActivityChangeCommandPtr setFontActivityType(QList<int> fontIdList,
                                                      kerval::systemfm::ActivityType activityType);
     SimilarFontsGroupPtr similarFontsGroup(int fontId, int resultLimit, QList<int> fontIdList,

@@ -82,6 +82,9 @@ void FontManagementService::rescanFonts()
     paths.append(manager->installedFontFiles());
     paths.append(takeReplacedCatalogue());
     paths.append(FontAdder::scanPaths());
+    // Nobody else knows of what the library has unpacked for itself.
+    if (QFileInfo(ArchivesFolder::userPath()).isDir())
+        paths.append(ArchivesFolder::userPath());
     paths.removeDuplicates();
     addFonts(paths, QString(), 0);
 }
@@ -213,6 +216,11 @@ ExtractFontArchiveCommandPtr FontManagementService::extractFontArchive(QString f
                                                                        bool isPurchased)
 {
     return ExtractFontArchiveCommandPtr::create(ZipArchive(fileName, QString()), destPath, isPurchased);
+}
+
+ImportFontArchivesCommandPtr FontManagementService::importFontArchives(QStringList fileNames)
+{
+    return ImportFontArchivesCommandPtr::create(fileNames, ArchivesFolder::userPath());
 }
 
 FontActivityChangeCommandPtr FontManagementService::setFontActivityType(QList<int> fontIdList,

@@ -16,6 +16,7 @@ FileProgressDialog::FileProgressDialog(const QString& objectName, const QString&
     resize(318, 87);
     m_label = new QLabel(operationText, this);
     m_label->setObjectName(QStringLiteral("lblOperationName"));
+    m_label->setTextFormat(Qt::PlainText);
     m_bar = new QProgressBar(this);
     m_bar->setObjectName(QStringLiteral("progressBar"));
     m_bar->setMinimumSize(300, 0);
@@ -35,6 +36,16 @@ FileProgressDialog::FileProgressDialog(const QString& objectName, const QString&
     adjustSize();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     setWindowFlag(Qt::MSWindowsFixedSizeDialogHint);
+}
+
+void FileProgressDialog::setOperationText(const QString& text)
+{
+    m_label->setText(m_label->fontMetrics().elidedText(text, Qt::ElideMiddle, qMax(m_bar->width(), m_bar->minimumWidth())));
+}
+
+void FileProgressDialog::disableCancel()
+{
+    m_buttons->button(QDialogButtonBox::Cancel)->setEnabled(false);
 }
 
 void FileProgressDialog::showProgress(int progressTotal, int progressCurrent)

@@ -14,9 +14,12 @@ class FileProgressDialog : public QDialog
 protected:
     FileProgressDialog(const QString& objectName, const QString& title, const QString& operationText, QWidget* parent);
 
+    // One line; what is too long is cut in the middle.
+    void setOperationText(const QString& text);
     void showProgress(int progressTotal, int progressCurrent);
     // Offers to show the file, and Close instead of Cancel.
     void offerFile(const QString& filePath);
+    void disableCancel();
     // The file could not be made: says so and leaves only Close.
     void showFailure(const QString& text);
 

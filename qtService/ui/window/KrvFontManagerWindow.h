@@ -3,6 +3,7 @@
 #include "fontfile/sheets/FontSampleJob.h"
 #include "qtService/app/core/AbstractAsynchronousCommand.h"
 #include "qtService/app/core/KrvUiSettings.h"
+#include "qtService/management/ImportFontArchivesCommand.h"
 #include "qtService/management/SimilarFontsGroup.h"
 #include "qtService/management/systemfm/ActivityType.h"
 #include "qtService/ui/filter/FontFiltersState.h"
@@ -143,7 +144,10 @@ private:
     QString askGroupName(const QString& operation, const QString& suggestion);
     void changeActivity(const QList<int>& fontIds, kerval::systemfm::ActivityType type);
     void changeGroupActivity(kerval::systemfm::ActivityType type);
+    // Archives are unpacked into the library first.
     void addFiles(const QStringList& paths);
+    void importArchives(const QStringList& archives);
+    void tellRefusedArchives(const QList<ImportFontArchivesCommand::Result>& results);
     // A file to write, with its suffix; empty when cancelled. The setting remembers it.
     QString askSaveFileName(KrvUiSettings::SettingId setting, const QString& defaultName, const QString& suffix,
                             const QString& filter);

@@ -2,6 +2,7 @@
 #include "qtService/app/service/FontManagementService.h"
 #include "qtService/management/platform_showfile.h"
 #include "qtService/ui/dialogs/FontActivationDialog.h"
+#include "qtService/ui/dialogs/FontArchiveImportDialog.h"
 #include "qtService/ui/fonts/KrvFontsView.h"
 #include "qtService/ui/fonts/KrvFontsViewModel.h"
 #include "qtService/ui/sidebar/SideBarWidget.h"
@@ -44,8 +45,54 @@ QStringList localFiles(const QMimeData* data)
 
 void KrvFontManagerWindow::addFiles(const QStringList& paths)
 {
-    if (isStarted() && !paths.isEmpty())
-        m_service->addFonts(paths);
+    if (!isStarted() || paths.isEmpty())
+        return;
+    QStringList archives;
+    QStringList others;
+    for (const QString& path : paths)
+        (ImportFontArchivesCommand::isArchive(path) ? archives : others).append(path);
+    if (!others.isEmpty())
+        m_service->addFonts(others);
+    if (!archives.isEmpty())
+        importArchives(archives);
+}
+
+void KrvFontManagerWindow::importArchives(const QStringList& archives)
+{
+    const ImportFontArchivesCommandPtr command = m_service->importFontArchives(archives);
+    FontArchiveImportDialog(command, titled(tr("Unpack Archives")), this).exec();
+    QStringList folders;
+    const QList<ImportFontArchivesCommand::Result> results = command->results();
+    for (const ImportFontArchivesCommand::Result& result : results) {
+        if (!result.folder.isEmpty())
+            folders.append(result.folder);
+    }
+    // The service may have been stopped while the dialog was open.
+    if (isStarted() && !folders.isEmpty())
+        m_service->addFonts(folders);
+    tellRefusedArchives(results);
+}
+
+void KrvFontManagerWindow::tellRefusedArchives(const QList<ImportFontArchivesCommand::Result>& results)
+{
+    constexpr int mostNamed = 8;
+    QStringList lines;
+    int refused = 0;
+    for (const ImportFontArchivesCommand::Result& result : results) {
+        if (result.error != ImportFontArchivesCommand::NoError && ++refused <= mostNamed)
+            lines.append(QStringLiteral("%1: %2").arg(QFileInfo(result.archivePath).fileName(),
+                                                      FontArchiveImportDialog::errorText(result.error)));
+    }
+    if (refused == 0)
+        return;
+    if (refused > mostNamed)
+        lines.append(tr("... and %n more", nullptr, refused - mostNamed));
+    QMessageBox box(QMessageBox::Warning, titled(tr("Unpack Archives")), QString(), QMessageBox::Ok, this);
+    // File names are no markup.
+    box.setTextFormat(Qt::PlainText);
+    box.setText(tr("%n archive(s) could not be added:", nullptr, refused));
+    box.setInformativeText(lines.join(QLatin1Char('\n')));
+    box.exec();
 }
 
 void KrvFontManagerWindow::addScanFiles()
@@ -84,7 +131,10 @@ void KrvFontManagerWindow::dragEnterEvent(QDragEnterEvent* event)
 
 void KrvFontManagerWindow::dropEvent(QDropEvent* event)
 {
-    addFiles(localFiles(event->mimeData()));
+    // Later, because the program that the files come from waits for the drop to end.
+    const QStringList paths = localFiles(event->mimeData());
+    QMetaObject::invokeMethod(
+        this, [this, paths] { addFiles(paths); }, Qt::QueuedConnection);
     event->acceptProposedAction();
     activateWindow();
     raise();
