@@ -1,0 +1,98 @@
+#include "fontlens/recognition/FontRecognizerReplyBase.h"
+
+namespace FontRecognizer {
+
+FontRecognizerReplyBase::FontRecognizerReplyBase()
+{
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(kPatienceMilliseconds);
+    connect(&m_patience, &QTimer::timeout, this, [this] { giveUp(NetworkFailure, QNetworkReply::TimeoutError); });
+}
+
+FontRecognizerReplyBase::~FontRecognizerReplyBase()
+{
+    if (!m_networkReply)
+        return;
+    // The derived part, which would parse, is gone by now.
+    m_networkReply->disconnect(this);
+    if (m_networkReply->isRunning())
+        m_networkReply->abort();
+    m_networkReply->deleteLater();
+}
+
+void FontRecognizerReplyBase::setPatience(int milliseconds)
+{
+    m_patience.setInterval(milliseconds);
+}
+
+void FontRecognizerReplyBase::bind(QNetworkReply* networkReply)
+{
+    m_networkReply = networkReply;
+    connect(networkReply, &QNetworkReply::finished, this, &FontRecognizerReplyBase::onRequestFinished);
+    connect(networkReply, &QNetworkReply::readyRead, this, &FontRecognizerReplyBase::onReadyRead);
+    connect(networkReply, &QNetworkReply::uploadProgress, &m_patience, qOverload<>(&QTimer::start));
+    m_patience.start();
+    if (networkReply->isRunning())
+        setState(Running);
+}
+
+void FontRecognizerReplyBase::abort()
+{
+    if (m_networkReply && m_networkReply->isRunning())
+        m_networkReply->abort();
+}
+
+void FontRecognizerReplyBase::onReadyRead()
+{
+    if (!m_networkReply)
+        return;
+    // Counted after decompression, which the headers tell nothing about.
+    if (m_networkReply->bytesAvailable() > kLongestAnswer)
+        giveUp(ParseFailure, QNetworkReply::NoError);
+    else
+        m_patience.start();
+}
+
+void FontRecognizerReplyBase::giveUp(int result, int networkError)
+{
+    if (!m_networkReply || m_state == Finished || m_state == Aborted)
+        return;
+    m_networkReply->disconnect(this);
+    m_networkReply->abort();
+    finish(result, networkError);
+}
+
+void FontRecognizerReplyBase::onRequestFinished()
+{
+    if (!m_networkReply)
+        return;
+    m_patience.stop();
+    const QByteArray data = m_networkReply->readAll();
+    const int error = m_networkReply->error();
+    if (error == QNetworkReply::OperationCanceledError) {
+        m_result = Success;
+        m_networkError = error;
+        setState(Aborted);
+    } else if (error != QNetworkReply::NoError) {
+        finish(NetworkFailure, error);
+    } else {
+        finish(parse(data) ? Success : ParseFailure, error);
+    }
+}
+
+void FontRecognizerReplyBase::finish(int result, int networkError)
+{
+    m_patience.stop();
+    m_result = result;
+    m_networkError = networkError;
+    setState(Finished);
+    emit finished();
+}
+
+void FontRecognizerReplyBase::setState(State state)
+{
+    m_state = state;
+    emit stateChanged(state);
+}
+
+} // namespace FontRecognizer
