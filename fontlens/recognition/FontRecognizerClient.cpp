@@ -19,9 +19,11 @@ QSharedPointer<Reply> makeReply(Arguments... arguments)
     return QSharedPointer<Reply>(new Reply(arguments...), &QObject::deleteLater);
 }
 
-// A value's own percent signs would be taken for the start of an encoded byte.
+// A value's own percent signs would be taken for the start of an encoded byte, and a null one for a key without value.
 void addItem(QUrlQuery& query, QLatin1String key, QString value)
 {
+    if (value.isNull())
+        value = QLatin1String("");
     query.addQueryItem(key, value.replace(QLatin1Char('%'), QLatin1String("%25")));
 }
 

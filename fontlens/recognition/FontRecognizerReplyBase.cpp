@@ -67,7 +67,6 @@ void FontRecognizerReplyBase::onRequestFinished()
     if (!m_networkReply)
         return;
     m_patience.stop();
-    const QByteArray data = m_networkReply->readAll();
     const int error = m_networkReply->error();
     if (error == QNetworkReply::OperationCanceledError) {
         m_result = Success;
@@ -76,7 +75,7 @@ void FontRecognizerReplyBase::onRequestFinished()
     } else if (error != QNetworkReply::NoError) {
         finish(NetworkFailure, error);
     } else {
-        finish(parse(data) ? Success : ParseFailure, error);
+        finish(parse(m_networkReply->readAll()) ? Success : ParseFailure, error);
     }
 }
 

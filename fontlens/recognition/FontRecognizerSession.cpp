@@ -19,6 +19,8 @@ FontRecognizerSession::FontRecognizerSession(const FontRecognizerClientPtr& clie
     : QObject(parent)
     , m_client(client)
 {
+    qRegisterMetaType<FontRecognizerLetterSelectionPtr>("FontRecognizer::FontRecognizerLetterSelectionPtr");
+    qRegisterMetaType<QList<FontDataPtr>>("QList<FontRecognizer::FontDataPtr>");
 }
 
 FontRecognizerSession::~FontRecognizerSession() = default;
