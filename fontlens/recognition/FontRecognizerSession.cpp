@@ -96,6 +96,11 @@ void FontRecognizerSession::getFontStoreUrl(int fontId)
     follow(m_client->getFontStoreUrl(fontId), &FontRecognizerSession::onFontStoreUrlRetrieved);
 }
 
+void FontRecognizerSession::dropRequests()
+{
+    m_pending.clear();
+}
+
 FontRecognizerLetterSelectionPtr FontRecognizerSession::letter(int index) const
 {
     return m_letters.value(index);

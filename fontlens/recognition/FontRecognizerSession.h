@@ -38,6 +38,8 @@ public:
     void renderPreview(int fontId, int size);
     void renderCustomPreview(int fontId, int size, const QString& text);
     void getFontStoreUrl(int fontId);
+    // Drops everything under way; none of it is told.
+    void dropRequests();
 
     int letterCount() const { return m_letters.size(); }
     // Null for an index out of range.

@@ -297,6 +297,7 @@ bool FMService::listen()
         if (m_server->listen(quint16(port))) {
             storePort(port);
             qDebug().noquote() << QStringLiteral("U_ Port: %1").arg(port);
+            nameRecognitionService();
             return true;
         }
         qWarning() << "W_1_"
@@ -306,6 +307,13 @@ bool FMService::listen()
     qCritical() << "E_0_"
                 << "SERVER FAILED TO BIND LISTENER TO THE PORT, quiting...";
     return false;
+}
+
+// The window may be made before the port is known, or after.
+void FMService::nameRecognitionService()
+{
+    if (m_fontManagerWindow && port() != 0)
+        m_fontManagerWindow->setLocalRecognitionService(QStringLiteral("127.0.0.1:%1").arg(port()));
 }
 
 void FMService::fail()
@@ -464,6 +472,7 @@ void FMService::onShowFontManagerTriggered()
         return;
     if (!m_fontManagerWindow) {
         m_fontManagerWindow = QSharedPointer<KrvFontManagerWindow>::create(m_fontManagementService);
+        nameRecognitionService();
         connect(m_fontManagerWindow.data(), &KrvFontManagerWindow::scanLogRequested, this, &FMService::displayLog);
         connect(m_fontManagerWindow.data(), &KrvFontManagerWindow::showPreferences, m_preferences.get(),
                 &PreferencesWindow::show);

@@ -87,6 +87,7 @@ private:
     bool acquireInstanceLock(int* runningPort);
     int choosePort(int* runningPort);
     bool listen();
+    void nameRecognitionService();
     void createTrayIcon();
     void createControlCenter();
     void tellAboutDamagedData();

@@ -428,6 +428,7 @@ void KrvFontManagerWindow::onGroupSelected(int)
     const FontGroupPtr group = m_sideBar->selectedGroup();
     if (!group)
         return;
+    m_fontToShow = 0;
     showGroup(group, group->name());
     if (m_showsSimilarGroup) {
         m_showsSimilarGroup = false;
@@ -456,6 +457,11 @@ void KrvFontManagerWindow::onFilteringStatusChanged(bool filtering)
     }
     updateEmptyHint();
     updateActionsState();
+    if (m_fontToShow != 0 && m_model->indexOfFont(m_fontToShow).isValid()) {
+        m_view->selectFont(m_fontToShow);
+        m_view->setFocus();
+        m_fontToShow = 0;
+    }
 }
 
 void KrvFontManagerWindow::updateEmptyHint()
@@ -497,6 +503,7 @@ void KrvFontManagerWindow::onCriteriaCleared()
 
 void KrvFontManagerWindow::onCriteriaChanged()
 {
+    m_fontToShow = 0;
     Settings::instance()->setValue(Settings::SidFilteringCriteria, QVariant::fromValue(m_filters));
     updateActionsState();
 }

@@ -18,6 +18,7 @@
 
 class FilterButtonsWidget;
 class FontAdderDialog;
+class FontLensDialog;
 class FontListHeaderWidget;
 class FontManagementService;
 class KrvAttributesWidget;
@@ -45,6 +46,10 @@ class KrvFontManagerWindow : public QMainWindow
 public:
     explicit KrvFontManagerWindow(const QSharedPointer<FontManagementService>& service, QWidget* parent = nullptr);
     ~KrvFontManagerWindow() override;
+
+    // Where this program's own recognition service answers, "host:port"; FontLens uses it unless the settings name
+    // another.
+    void setLocalRecognitionService(const QString& host) { m_localRecognitionService = host; }
 
 public slots:
     void show();
@@ -105,6 +110,8 @@ private slots:
     void deactivateSelectedFonts();
     void showHelp();
     void showAboutDialog();
+    void fontLens();
+    void fontLensClosed();
     void updateFileExists();
     void updateActionsState();
     void onFilteringStatusChanged(bool filtering);
@@ -158,6 +165,7 @@ private:
     void showSimilarFonts(SimilarFontsGroup::SimilarityMethod method, const QString& titlePattern);
     void showSimilarGroup(const SimilarGroupHistory::Entry& entry);
     void showGroup(const FontGroupPtr& group, const QString& title);
+    void showFontInLibrary(int fontId);
 
     QSharedPointer<FontManagementService> m_service;
     FontFiltersState m_filters;
@@ -183,4 +191,7 @@ private:
     QVBoxLayout* m_listLayout;
     QPointer<FontAdderDialog> m_adderDialog;
     bool m_adderDialogDismissed = false;
+    QPointer<FontLensDialog> m_fontLens; // while it is open
+    QString m_localRecognitionService;
+    int m_fontToShow = 0; // once the list has it; 0: none
 };

@@ -60,6 +60,7 @@ void KrvFontManagerWindow::connectActions()
     connectTo(a.sampleSheet, &Window::printSampleOfChosenFonts);
     connectTo(a.exportAllFonts, &Window::zipAllFonts);
     connectTo(a.exportFonts, &Window::zipChosenFonts);
+    connectBoth(a.fontLens, &Window::fontLens);
     connectTo(a.help, &Window::showHelp);
     connectTo(a.about, &Window::showAboutDialog);
     connect(a.preferences, &QAction::triggered, this, &Window::showPreferences);
@@ -90,9 +91,9 @@ void KrvFontManagerWindow::updateActionsState()
     for (QAction* action :
          {m_actions->addFolders, m_actions->addFiles, m_actions->newGroup, m_actions->rescan, m_actions->resetLibrary})
         action->setEnabled(started);
-    // Their windows are not there yet; nothing pretends.
     for (QAction* action : m_actions->fontLens.both())
-        action->setEnabled(false);
+        action->setEnabled(started);
+    // Its pane is not there yet; nothing pretends.
     m_actions->showDetails->setEnabled(false);
     if (font) {
         m_actions->hide->setText(font->isHidden() ? tr("Unhide") : tr("Hide"));

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class QProgressIndicator;
+class QPushButton;
+
+// Tells over the picture that an answer is awaited, what for, and lets the user stop waiting. Hidden while idle.
+class FontLensBusyIndicator : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit FontLensBusyIndicator(QWidget* parent = nullptr);
+
+    void start(const QString& text);
+    void stop();
+    bool isBusy() const { return m_busy; }
+    // Follows the area that it lies over, in the parent's coordinates.
+    void centreIn(const QRect& area);
+
+signals:
+    void cancelled();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    bool m_busy = false;
+    QRect m_area;
+    QProgressIndicator* m_indicator;
+    QLabel* m_text;
+    QPushButton* m_cancel;
+};
