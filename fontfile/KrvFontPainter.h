@@ -45,6 +45,10 @@ public:
     // One line's height, cropped to what was drawn. True with a null image when nothing was.
     static bool renderPixelPreview(const QString& fileName, const PixelSizePreviewRequest& request, QImage* out,
                                    int faceIndex);
+    // The same in an image of exactly this height, the text in its middle: one transparent column for a text without
+    // ink. The request's size does not count.
+    static bool renderAtHeight(const QString& fileName, PixelSizePreviewRequest request, int height, QImage* out,
+                               int faceIndex);
     static bool renderWithSystemFont(QFont font, const QColor& color, const QString& text, QImage* out, bool watermark,
                                      double watermarkOpacity);
     static bool drawWatermark(QImage* image, double opacity);

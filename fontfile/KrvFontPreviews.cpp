@@ -108,6 +108,25 @@ bool KrvFontPainter::renderPixelPreview(const QString& fileName, const PixelSize
     return true;
 }
 
+bool KrvFontPainter::renderAtHeight(const QString& fileName, PixelSizePreviewRequest request, int height, QImage* out,
+                                    int faceIndex)
+{
+    request.pixelSize = qMax(1, qRound(height / 1.5)); // the image is one and a half times as high
+    QImage image;
+    if (!renderPixelPreview(fileName, request, &image, faceIndex))
+        return false;
+    if (image.isNull()) {
+        image = QImage(1, height, QImage::Format_ARGB32);
+        image.fill(Qt::transparent);
+    } else if (image.height() > height) {
+        image = image.scaledToHeight(height, Qt::SmoothTransformation);
+    } else if (image.height() < height) {
+        image = image.copy(0, -((height - image.height()) / 2), image.width(), height);
+    }
+    *out = image;
+    return !image.isNull();
+}
+
 bool KrvFontPainter::renderWithSystemFont(QFont font, const QColor& color, const QString& text, QImage* out,
                                           bool watermark, double watermarkOpacity)
 {

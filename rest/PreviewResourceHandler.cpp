@@ -34,20 +34,9 @@ QImage PreviewResourceHandler::drawAtHeight(const fms::StaticFont& font, const Q
     if (text.isEmpty() || text.size() > maximumLength || height < 0 || height > maximumSide)
         return image;
     PixelSizePreviewRequest preview;
-    preview.pixelSize = qMax(1, qRound(height / 1.5)); // the image is one and a half times as high
     preview.text = text;
     preview.correction = KrvFontMetrics::MetricsCorrection::fromString(font.fullMetricsCorrection());
-    if (!KrvFontPainter::renderPixelPreview(font.fileName(), preview, &image, font.faceIndex()))
-        return QImage();
-    if (image.isNull()) {
-        QImage empty(1, height, QImage::Format_ARGB32);
-        empty.fill(Qt::transparent);
-        return empty;
-    }
-    if (image.height() > height)
-        return image.scaledToHeight(height, Qt::SmoothTransformation);
-    if (image.height() < height)
-        return image.copy(0, -((height - image.height()) / 2), image.width(), height);
+    KrvFontPainter::renderAtHeight(font.fileName(), preview, height, &image, font.faceIndex());
     return image;
 }
 
