@@ -161,7 +161,9 @@ void FontLensDialog::onOpenImageFromURL()
     const PictureSource source = PictureSource::fromText(text);
     if (source.isEmpty())
         QMessageBox::critical(this, tr("FontLens - Open Image From URL"), tr("Please enter a valid image URL!"));
-    else
+    if (!source.url.isEmpty())
+        emit addressTyped(source.url);
+    if (!source.isEmpty())
         openSource(source);
 }
 

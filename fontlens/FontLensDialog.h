@@ -46,6 +46,9 @@ signals:
     void closed();
     // A result of the program's own service is a font of the user's catalogue; the user wants to see it there.
     void showFontRequested(int fontId);
+    // The user has typed the address of a picture, which is about to be asked of the service. The program's own service
+    // goes into the user's network for such an address only; one that was dropped or pasted may come from a stranger.
+    void addressTyped(const QUrl& url);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

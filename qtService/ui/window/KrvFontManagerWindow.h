@@ -59,6 +59,8 @@ signals:
     void registrationRequested();
     void checkForUpdates();
     void showPreferences();
+    // In FontLens, for the program's own recognition service.
+    void pictureAddressTyped(const QUrl& url);
 
 protected:
     void changeEvent(QEvent* event) override;

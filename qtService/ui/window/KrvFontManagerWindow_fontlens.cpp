@@ -17,6 +17,7 @@ void KrvFontManagerWindow::fontLens()
         m_fontLens->setWindowTitle(titled(tr("FontLens")));
         connect(m_fontLens.data(), &FontLensDialog::closed, this, &KrvFontManagerWindow::fontLensClosed);
         connect(m_fontLens.data(), &FontLensDialog::showFontRequested, this, &KrvFontManagerWindow::showFontInLibrary);
+        connect(m_fontLens.data(), &FontLensDialog::addressTyped, this, &KrvFontManagerWindow::pictureAddressTyped);
     }
     if (m_fontLens->isMinimized())
         m_fontLens->showNormal();
