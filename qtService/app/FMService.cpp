@@ -1,9 +1,11 @@
 #include "qtService/app/FMService.h"
 
+#include "fontlens/recognizer/LocalRecognizer.h"
 #include "qtService/app/FMSControlCenter.h"
 #include "qtService/app/FMSLogViewer.h"
 #include "qtService/app/FMSTrayIcon.h"
 #include "qtService/app/PortProbe.h"
+#include "qtService/app/RecognizerResourceHandler.h"
 #include "qtService/app/ServiceResourceHandler.h"
 #include "qtService/app/SessionEndWatch.h"
 #include "qtService/app/Translations.h"
@@ -105,6 +107,7 @@ FMService::~FMService()
     m_fontManagerWindow.reset();
     delete m_scanLogViewer;
     m_server.reset();
+    m_recognizer.reset();
     m_controlCenter.reset();
     m_trayIcon.reset();
     if (m_state != NotStarted)
@@ -177,6 +180,7 @@ bool FMService::start(int* port, bool startFontManager)
     m_fontManagementService = QSharedPointer<FontManagementService>::create();
     m_server = std::make_unique<api::rest::Server>(m_fontManagementService);
     m_server->addHandler("/service(/.+)?/?", new ServiceResourceHandler(this));
+    addRecognizer();
 
     m_log.log(FMSLog::ServiceStarted, QString());
     qDebug() << "M_1_"
@@ -190,6 +194,16 @@ bool FMService::start(int* port, bool startFontManager)
         onShowFontManagerTriggered();
     m_fontManagementService->start();
     return true;
+}
+
+void FMService::addRecognizer()
+{
+    using kerval::recognizer::LocalRecognizer;
+    m_recognizer = std::make_shared<LocalRecognizer>(m_fontManagementService, LocalRecognizer::Options::standard());
+    using Script = RecognizerResourceHandler::Script;
+    for (const Script script : {Script::Modules, Script::Similarity, Script::ShopLink})
+        m_server->addHandler(RecognizerResourceHandler::pattern(script),
+                             new RecognizerResourceHandler(m_recognizer, script));
 }
 
 bool FMService::checkSettingsFolder()
@@ -474,6 +488,10 @@ void FMService::onShowFontManagerTriggered()
         m_fontManagerWindow = QSharedPointer<KrvFontManagerWindow>::create(m_fontManagementService);
         nameRecognitionService();
         connect(m_fontManagerWindow.data(), &KrvFontManagerWindow::scanLogRequested, this, &FMService::displayLog);
+        connect(m_fontManagerWindow.data(), &KrvFontManagerWindow::pictureAddressTyped, this, [this](const QUrl& url) {
+            if (m_recognizer)
+                m_recognizer->permitAddress(url);
+        });
         connect(m_fontManagerWindow.data(), &KrvFontManagerWindow::showPreferences, m_preferences.get(),
                 &PreferencesWindow::show);
         connect(m_fontManagerWindow.data(), &KrvFontManagerWindow::checkForUpdates, this,
@@ -498,6 +516,7 @@ void FMService::stop()
     if (m_server)
         m_server->close();
     m_server.reset();
+    m_recognizer.reset();
     if (m_fontManagementService && m_fontManagementService->isStarted())
         m_fontManagementService->stop();
     disconnect(this, nullptr, nullptr, nullptr);

@@ -22,6 +22,9 @@ class Translations;
 namespace api::rest {
 class Server;
 }
+namespace kerval::recognizer {
+class Recognizer;
+}
 
 // The application object of the service role; it lives for the whole run. It checks the settings folder, chooses the
 // port, owns the library service and the HTTP interface, opens the window on request and takes everything down in a
@@ -86,6 +89,7 @@ private:
     bool checkSettingsFolder();
     bool acquireInstanceLock(int* runningPort);
     int choosePort(int* runningPort);
+    void addRecognizer();
     bool listen();
     void nameRecognitionService();
     void createTrayIcon();
@@ -108,6 +112,7 @@ private:
     std::unique_ptr<QLockFile> m_instanceLock;
     std::unique_ptr<SessionEndWatch> m_sessionEnd;
     QSharedPointer<FontManagementService> m_fontManagementService;
+    std::shared_ptr<kerval::recognizer::Recognizer> m_recognizer; // the server answers with it, and goes first
     std::unique_ptr<api::rest::Server> m_server;
     QSharedPointer<KrvFontManagerWindow> m_fontManagerWindow; // made when it is first asked for
 };

@@ -14,13 +14,10 @@ class TestOpenApi : public QObject
 {
     Q_OBJECT
 
-    // The program adds this one itself, in the layer above.
-    struct ServiceRoute : ResourceHandler
+    // The program adds these itself, in the layer above.
+    struct ProgramRoute : ResourceHandler
     {
-        ServiceRoute()
-            : ResourceHandler({QHttpRequest::HTTP_GET, QHttpRequest::HTTP_POST})
-        {
-        }
+        using ResourceHandler::ResourceHandler;
     };
 
     QStringList m_lines;
@@ -65,9 +62,14 @@ private slots:
                 m_documented[path].insert(isMethod.captured(1).toUpper());
         }
         Server server{QSharedPointer<FontManagementService>()};
-        server.addHandler("/service(/.+)?/?", new ServiceRoute);
+        const ResourceHandler::Methods get{QHttpRequest::HTTP_GET};
+        const ResourceHandler::Methods both{QHttpRequest::HTTP_GET, QHttpRequest::HTTP_POST};
+        server.addHandler("/service(/.+)?/?", new ProgramRoute(both));
+        server.addHandler("/query/norvik/krvmodules\\.cgi", new ProgramRoute(both));
+        server.addHandler("/query/norvik/ocrsim\\.php", new ProgramRoute(get));
+        server.addHandler("/php/norvik/GetBuyFontLinks\\.php", new ProgramRoute(get));
         m_routes = server.routes();
-        QCOMPARE(m_routes.size(), 11);
+        QCOMPARE(m_routes.size(), 14);
     }
 
     void everyDocumentedRequestIsServed()

@@ -1,0 +1,7 @@
+#include "fontlens/recognizer/Recognizer.h"
+
+namespace kerval::recognizer {
+
+Recognizer::~Recognizer() = default;
+
+} // namespace kerval::recognizer
