@@ -48,9 +48,11 @@ StaticFontPtr FontActivityChangeCommand::currentFont() const
     return m_currentFont;
 }
 
-// A cancellation is not looked for: every change is an explicit request and a batch ends as a whole.
+// A cancellation from before the start is not looked for: every change is an explicit request. One that comes while the
+// batch runs keeps what is done and leaves the rest alone.
 void FontActivityChangeCommand::operator()()
 {
+    m_startedCancelled = state() == Cancelled;
     setState(Running);
     setProgressTotal(m_fontIds.size());
     const QList<File> files = collectFiles();
@@ -194,7 +196,7 @@ QList<FontActivityChangeCommand::File> FontActivityChangeCommand::changeFiles(co
     QVector<QList<StaticFontPtr>> accepted(files.size());
     QHash<QString, int> outcomes;
     SystemFontManager::Batch batch(m_manager);
-    for (int i = 0; i < files.size(); ++i) {
+    for (int i = 0; i < files.size() && !isStoppedByUser(); ++i) {
         const File& file = files.at(i);
         setProgressCurrent(i);
         setCurrentFont(file.asked.constFirst());
@@ -211,7 +213,8 @@ QList<FontActivityChangeCommand::File> FontActivityChangeCommand::changeFiles(co
     const QHash<QString, int> failedLater = batch.finish();
     for (auto failed = failedLater.cbegin(); failed != failedLater.cend(); ++failed)
         outcomes.insert(failed.key(), failed.value());
-    setProgressCurrent(m_fontIds.size());
+    if (!isStoppedByUser())
+        setProgressCurrent(m_fontIds.size());
     setCurrentFont({});
     m_manager->notifyFontChange();
 
@@ -249,6 +252,11 @@ void FontActivityChangeCommand::storeActivity(const QList<File>& changed)
     }
     m_repository->updateFonts(
         fonts, {QStringLiteral("dateActivated"), QStringLiteral("dateDeactivated"), QStringLiteral("activityType")});
+}
+
+bool FontActivityChangeCommand::isStoppedByUser() const
+{
+    return !m_startedCancelled && state() == Cancelled;
 }
 
 void FontActivityChangeCommand::setResult(int fontId, int error, int conflictingFontId)

@@ -30,8 +30,9 @@ struct ActivityChangeResult
 // asked ones.
 //
 // Two active files whose fonts share a PostScript name are a conflict, found before anything is changed. One refused
-// font never stops the others, and the command always ends Finished; callers read results(). The system is told once,
-// at the end of the batch. Progress counts the asked fonts.
+// font never stops the others, and the command ends Finished; callers read results(). Cancelled while it runs it keeps
+// what it has changed, and the fonts it did not come to stay NotProcessed. The system is told once, at the end of the
+// batch. Progress counts the asked fonts.
 class FontActivityChangeCommand : public AbstractAsynchronousCommand
 {
     Q_OBJECT
@@ -75,6 +76,7 @@ private:
     int change(const QString& fileName, const QStringList& fontNames);
     QList<File> changeFiles(const QList<File>& files);
     void storeActivity(const QList<File>& changed);
+    bool isStoppedByUser() const;
     void setResult(int fontId, int error, int conflictingFontId = 0);
     void setCurrentFont(const StaticFontPtr& font);
 
@@ -85,6 +87,7 @@ private:
     kerval::systemfm::SystemFontManager* m_manager;
     QHash<int, ActivityChangeResult> m_results;
     StaticFontPtr m_currentFont;
+    bool m_startedCancelled = false; // the worker's alone
 };
 
 using FontActivityChangeCommandPtr = QSharedPointer<FontActivityChangeCommand>;

@@ -46,6 +46,7 @@ private slots:
     void aCollectionGoesAsAWhole();
     void systemFontsStay();
     void datesTellWhatHappenedWhen();
+    void cancellingKeepsWhatIsDone();
 
 private:
     QHash<int, ActivityChangeResult> run(const QList<int>& ids, ActivityType type,
@@ -184,6 +185,30 @@ void ActivityChangeTest::datesTellWhatHappenedWhen()
     QVERIFY(stored->dateActivated() >= before.addSecs(-1));
     QVERIFY(stored->dateDeactivated().toMSecsSinceEpoch() > 0);
     QCOMPARE(stored->activityType(), int(Inactive));
+}
+
+void ActivityChangeTest::cancellingKeepsWhatIsDone()
+{
+    QList<int> ids;
+    for (int i = 0; i < 5; ++i)
+        ids.append(add(QStringLiteral("/x/%1.ttf").arg(i), QStringLiteral("Font%1").arg(i))->id());
+    FontActivityChangeCommand command(m_library->repository, {}, ids, PermanentlyActive,
+                                      m_library->systemFontManager.data());
+    connect(
+        &command, &FontActivityChangeCommand::currentFontChanged, &command,
+        [&] {
+            if (command.currentFont() && command.currentFont()->id() == ids.at(1))
+                command.cancel();
+        },
+        Qt::DirectConnection);
+    command.start();
+    command.waitForFinished();
+    QCOMPARE(command.state(), AbstractAsynchronousCommand::Cancelled);
+    for (int i = 0; i < ids.size(); ++i) {
+        const bool done = i <= 1;
+        QCOMPARE(command.results().value(ids.at(i)).error, done ? int(fms::NoError) : int(fms::NotProcessed));
+        QCOMPARE(m_library->repository->font(ids.at(i))->activityType(), done ? int(PermanentlyActive) : int(Inactive));
+    }
 }
 
 KERVAL_TEST(ActivityChangeTest)
