@@ -180,6 +180,7 @@ void FontActivationDialog::checkResults()
     m_cancel->hide();
     m_close->show();
     m_close->setDefault(true);
+    m_close->setFocus();
     m_tableDescription->setText(tr("The following fonts have the name of a font that is active already:"));
     m_treeDescription->setText(isActivating() ? tr("Failed to activate the following fonts:")
                                               : tr("Failed to deactivate the following fonts:"));

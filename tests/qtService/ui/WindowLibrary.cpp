@@ -21,12 +21,28 @@ WindowLibrary::WindowLibrary()
                   "/fontconfig/conf.d</include></fontconfig>");
     qputenv("FONTCONFIG_FILE", root + "/fonts.conf");
     m_service = QSharedPointer<FontManagementService>::create();
+    start();
+}
+
+WindowLibrary::~WindowLibrary()
+{
+    stop();
+}
+
+void WindowLibrary::restart()
+{
+    stop();
+    start();
+}
+
+void WindowLibrary::start()
+{
     m_service->start();
     if (!QTest::qWaitFor([this] { return m_service->isStarted(); }, 30000))
         qFatal("the service does not start");
 }
 
-WindowLibrary::~WindowLibrary()
+void WindowLibrary::stop()
 {
     m_service->stop();
     if (!QTest::qWaitFor([this] { return !m_service->isStarted(); }, 30000))
@@ -39,22 +55,34 @@ QList<int> WindowLibrary::addFonts(int count)
     QList<StaticFontPtr> fonts;
     QList<int> ids;
     for (int i = 1; i <= count; ++i) {
-        const auto font = StaticFontPtr::create();
         const QString file = m_folder.filePath(QStringLiteral("fonts/font%1.ttf").arg(i));
         QFile::link(source, file);
-        font->setFileName(file);
-        font->setFileHash(QStringLiteral("hash%1").arg(i));
-        font->setFamilyName(QStringLiteral("Family %1").arg(i));
-        font->setStyleName(QStringLiteral("Book"));
-        font->setPostScriptName(QStringLiteral("Family%1-Book").arg(i));
-        font->setFormat(QStringLiteral("TrueType"));
-        font->setDateAdded(QDateTime::currentDateTime());
-        fonts.append(font);
+        fonts.append(makeFont(file, QStringLiteral("Family %1").arg(i), QStringLiteral("Family%1-Book").arg(i)));
     }
     m_service->repository()->addFonts(fonts);
     for (const StaticFontPtr& font : qAsConst(fonts))
         ids.append(font->id());
     return ids;
+}
+
+StaticFontPtr WindowLibrary::makeFont(const QString& file, const QString& familyName, const QString& postScriptName)
+{
+    const auto font = StaticFontPtr::create();
+    font->setFileName(file);
+    font->setFileHash(QStringLiteral("hash of ") + QFileInfo(file).fileName());
+    font->setFamilyName(familyName);
+    font->setStyleName(QStringLiteral("Book"));
+    font->setPostScriptName(postScriptName);
+    font->setFormat(QStringLiteral("TrueType"));
+    font->setDateAdded(QDateTime::currentDateTime());
+    return font;
+}
+
+int WindowLibrary::addFont(const QString& file, const QString& familyName, const QString& postScriptName)
+{
+    const StaticFontPtr font = makeFont(file, familyName, postScriptName);
+    m_service->repository()->addFonts({font});
+    return font->id();
 }
 
 StaticFontPtr WindowLibrary::font(int id) const
