@@ -40,7 +40,8 @@ FileProgressDialog::FileProgressDialog(const QString& objectName, const QString&
 
 void FileProgressDialog::setOperationText(const QString& text)
 {
-    m_label->setText(m_label->fontMetrics().elidedText(text, Qt::ElideMiddle, qMax(m_bar->width(), m_bar->minimumWidth())));
+    m_label->setText(
+        m_label->fontMetrics().elidedText(text, Qt::ElideMiddle, qMax(m_bar->width(), m_bar->minimumWidth())));
 }
 
 void FileProgressDialog::disableCancel()
@@ -64,7 +65,8 @@ void FileProgressDialog::offerFile(const QString& filePath)
 {
     m_bar->setMaximum(qMax(1, m_bar->maximum()));
     m_bar->setValue(m_bar->maximum());
-    QPushButton* show = m_buttons->addButton(tr("Show in Windows Explorer"), QDialogButtonBox::AcceptRole);
+    // No role that ends the dialog: the user may want to come back to it.
+    QPushButton* show = m_buttons->addButton(tr("Show in Windows Explorer"), QDialogButtonBox::ActionRole);
     show->setObjectName(QStringLiteral("btnShowFile"));
     connect(show, &QPushButton::clicked, this, [filePath] { krv::platform::showInFileManager(filePath); });
     replaceCancelByClose();

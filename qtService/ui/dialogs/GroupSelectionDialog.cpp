@@ -37,6 +37,8 @@ GroupSelectionDialog::GroupSelectionDialog(const QString& title, const FontGroup
     connect(m_list, &QListWidget::itemChanged, this, &GroupSelectionDialog::updateOkButtonState);
     connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    m_list->setCurrentRow(0);
+    m_list->setFocus();
     updateOkButtonState();
 }
 

@@ -47,6 +47,7 @@ TextInputDialog::TextInputDialog(const QString& title, const QString& descriptio
     connect(m_input, &QLineEdit::textChanged, this, &TextInputDialog::validateInput);
     m_input->setText(initialText);
     m_input->selectAll();
+    m_input->setFocus();
     validateInput();
     adjustSize();
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);

@@ -43,6 +43,24 @@ QImage icon(const QString& name, bool selected, qreal devicePixelRatio)
     return image;
 }
 
+// Names in the order of the user's language, in which "apple" comes before "Banana".
+class GroupItem : public QStandardItem
+{
+public:
+    using QStandardItem::QStandardItem;
+
+    bool operator<(const QStandardItem& other) const override
+    {
+        if (model() && model()->sortRole() == SideBarModel::NameRole) {
+            const int order = data(SideBarModel::NameRole)
+                                  .toString()
+                                  .localeAwareCompare(other.data(SideBarModel::NameRole).toString());
+            return order < 0;
+        }
+        return QStandardItem::operator<(other);
+    }
+};
+
 QStandardItem* makeHeader(const QString& text)
 {
     auto* item = new QStandardItem(text);
@@ -92,7 +110,7 @@ QStandardItem* SideBarModel::makeItem(FontGroupList* list, int groupId) const
 {
     const FontGroupPtr group = list->group(groupId);
     const QString name = group ? group->name() : QString();
-    auto* item = new QStandardItem(name);
+    auto* item = new GroupItem(name);
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDropEnabled);
     item->setData(groupId, GroupIdRole);
     item->setData(group ? group->fontCount() : 0, FontCountRole);

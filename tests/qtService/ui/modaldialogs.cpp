@@ -25,7 +25,12 @@ bool ModalAnswers::eventFilter(QObject* watched, QEvent* event)
         dialog->objectName() != QLatin1String("AsynchronousCommandWaitIndicatorDialog")) {
         const Answer answer = m_answers.at(m_given++);
         // After the dialog's own event loop has begun.
-        QTimer::singleShot(0, dialog, [answer, dialog] { answer(dialog); });
+        QTimer::singleShot(0, dialog, [answer, shown = QPointer<QDialog>(dialog)] {
+            answer(shown);
+            // An answer that failed half-way leaves nobody waiting.
+            if (QTest::currentTestFailed() && shown && shown->isVisible())
+                shown->reject();
+        });
     }
     return QObject::eventFilter(watched, event);
 }
