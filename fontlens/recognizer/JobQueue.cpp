@@ -65,7 +65,7 @@ std::shared_ptr<void> JobQueue::add(const Work& work, const Done& failed, Priori
                 Qt::QueuedConnection);
         },
         int(priority));
-    return std::shared_ptr<void>(nullptr, [job](void*) { job->cancelled = true; });
+    return std::shared_ptr<void>(job.get(), [job](void*) { job->cancelled = true; });
 }
 
 } // namespace kerval::recognizer

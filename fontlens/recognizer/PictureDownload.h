@@ -51,6 +51,7 @@ public:
         TooLarge,
         NotThere // the other side says so, or redirects without end
     };
+    Q_ENUM(Outcome)
 
     PictureDownload(const QUrl& url, bool isTyped, const DownloadEnvironment& environment);
     ~PictureDownload() override;
