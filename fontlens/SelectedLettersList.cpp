@@ -77,6 +77,7 @@ void SelectedLettersList::onLetterSelected(bool success, FontRecognizerLetterSel
     setTabOrder(m_entries.isEmpty() ? this : m_entries.last().tile->input(), tile->input());
     m_layout->insertWidget(m_layout->count() - 1, tile);
     m_entries.append({tile, selectedLetter});
+    tile->show(); // now, for the focus
     numberTiles();
 
     const auto waiting = std::find_if(m_entries.begin(), m_entries.end(),
