@@ -22,6 +22,7 @@
 #include "qtService/ui/messages/FMSPlainTextMessage.h"
 #include "qtService/ui/messages/KrvMessage.h"
 #include "qtService/ui/preferences/PreferencesWindow.h"
+#include "qtService/ui/widgets/InterfaceFont.h"
 #include "qtService/ui/window/KrvFontManagerWindow.h"
 #include "rest/Server.h"
 #include "rest/http/FMSRequest.h"
@@ -83,6 +84,7 @@ FMService::FMService(int& argc, char** argv)
     setQuitOnLastWindowClosed(false);
     setApplicationName(QStringLiteral("Kerval"));
     setApplicationVersion(krv::versionString());
+    ui::ensureInterfaceFont();
     m_translations = std::make_unique<Translations>(QLocale::system().uiLanguages());
     qRegisterMetaType<fms::ErrorCode>("fms::ErrorCode");
     qRegisterMetaType<fms::FMSRequest>("fms::FMSRequest");
