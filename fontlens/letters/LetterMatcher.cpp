@@ -1,32 +1,363 @@
 #include "fontlens/letters/LetterMatcher.h"
 
+#include "fontlens/letters/CandidateFace.h"
+#include "fontlens/letters/LetterFit.h"
+#include "fontlens/letters/LetterIndex.h"
+#include "fontlens/letters/WorkSharing.h"
+
+#include <QHash>
+#include <QMutexLocker>
+#include <QThread>
+#include <QThreadPool>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
 namespace kerval::letters {
+
+namespace {
+
+constexpr int mostLetters = 16;
+constexpr int drawnCandidates = 400;  // of which the outlines are compared
+constexpr int closeCandidates = 48;   // of which they are compared in more detail
+constexpr int blurCandidates = 8;     // by which the picture's blur is found
+constexpr double coarseHeight = 30;   // pixels that a typical letter is reduced to for the first comparison
+constexpr double fineHeight = 80;     // and for the second
+constexpr float sizeWeight = 2.5F;    // of squared differences of relative sizes against those of shapes
+constexpr float mostDistance = 0.12F; // of a descriptor; a letter of another construction is no worse than that
+constexpr std::array<double, 6> blurs = {0, 0.5, 0.8, 1.2, 1.7, 2.4}; // pixels of the picture
+constexpr double smallestPart = 0.03;
+constexpr int mostPixels = 1024; // of a letter's side
+constexpr std::size_t preparingBytes = 128 << 20;
+
+// A letter of the query, brought to pixels of the picture.
+struct AskedLetter
+{
+    QChar character;
+    Coverage ink;
+    double unit = 1; // picture's pixels for each of the ink's
+    bool single = false;
+    ShapeDescriptor shape;
+};
+
+struct Ranked
+{
+    int face = 0;
+    float distance = 0;
+    double scale = 0;
+    std::vector<bool> mainPart;
+    std::vector<GlyphOutline> outlines;
+    LetterFit::State state;
+};
+
+QVector<QChar> commonCharacters()
+{
+    QVector<QChar> result;
+    for (char c = 'a'; c <= 'z'; ++c)
+        result << QLatin1Char(c) << QChar(QLatin1Char(c)).toUpper();
+    for (char c = '0'; c <= '9'; ++c)
+        result << QLatin1Char(c);
+    return result;
+}
+
+} // namespace
 
 class LetterMatcher::Private
 {
+public:
+    explicit Private(const QString& cacheFolder)
+        : index(cacheFolder)
+    {
+        pool.setMaxThreadCount(qMax(1, QThread::idealThreadCount()));
+    }
+
+    void measureAll(const std::atomic<bool>& cancelled);
+    static std::vector<AskedLetter> readLetters(const QVector<CutLetter>& letters);
+    static double typicalHeight(const std::vector<AskedLetter>& letters);
+    static std::vector<Ranked> firstPass(const std::vector<AskedLetter>& letters,
+                                         const QVector<LetterTablePtr>& tables);
+    static void openOutlines(const std::vector<AskedLetter>& letters, const IndexedFaces& faces, Ranked& candidate);
+    double findBlur(const std::vector<AskedLetter>& letters, std::vector<Ranked>& ranked);
+    void compare(const std::vector<AskedLetter>& letters, std::vector<Ranked>& ranked, int count, double height,
+                 double blur, int steps);
+
+    LetterIndex index;
+    QThreadPool pool;
+
+    QMutex mutex;
+    QHash<QPair<QString, int>, QVector<int>> ids;
+    std::unique_ptr<QThread> preparing;
+    std::shared_ptr<std::atomic<bool>> cancelPreparing;
 };
 
-LetterMatcher::LetterMatcher(const QString&)
-    : m_private(std::make_unique<Private>())
+LetterMatcher::LetterMatcher(const QString& cacheFolder)
+    : m_private(std::make_unique<Private>(cacheFolder))
 {
 }
 
-LetterMatcher::~LetterMatcher() = default;
+LetterMatcher::~LetterMatcher()
+{
+    if (m_private->cancelPreparing)
+        *m_private->cancelPreparing = true;
+    waitUntilPrepared();
+    m_private->pool.waitForDone();
+}
 
-void LetterMatcher::setCandidates(const QVector<FontCandidate>&) {}
+void LetterMatcher::setCandidates(const QVector<FontCandidate>& candidates)
+{
+    QHash<QPair<QString, int>, QVector<int>> ids;
+    QVector<QPair<QString, int>> files;
+    for (const FontCandidate& candidate : candidates) {
+        const QPair<QString, int> file(candidate.file, candidate.faceIndex);
+        QVector<int>& same = ids[file];
+        if (same.isEmpty())
+            files.append(file);
+        same.append(candidate.id);
+    }
+    const QMutexLocker locker(&m_private->mutex);
+    m_private->ids = ids;
+    m_private->index.setFaces(files);
+}
 
-void LetterMatcher::prepare() {}
+void LetterMatcher::prepare()
+{
+    const QMutexLocker locker(&m_private->mutex);
+    if (m_private->cancelPreparing)
+        *m_private->cancelPreparing = true;
+    if (m_private->preparing)
+        m_private->preparing->wait();
+    const auto cancel = std::make_shared<std::atomic<bool>>(false);
+    m_private->cancelPreparing = cancel;
+    m_private->preparing.reset(QThread::create([this, cancel] { m_private->measureAll(*cancel); }));
+    m_private->preparing->start(QThread::LowestPriority);
+}
 
 bool LetterMatcher::isPreparing() const
 {
-    return false;
+    const QMutexLocker locker(&m_private->mutex);
+    return m_private->preparing && m_private->preparing->isRunning();
 }
 
-void LetterMatcher::waitUntilPrepared() {}
-
-QVector<FontMatch> LetterMatcher::match(const QVector<CutLetter>&, int, const std::atomic<bool>*)
+void LetterMatcher::waitUntilPrepared()
 {
-    return {};
+    const QMutexLocker locker(&m_private->mutex);
+    if (m_private->preparing)
+        m_private->preparing->wait();
+}
+
+// Faces are opened once for as many characters as the memory allows.
+void LetterMatcher::Private::measureAll(const std::atomic<bool>& cancelled)
+{
+    const QVector<QChar> characters = commonCharacters();
+    const auto faces = qMax<std::size_t>(1, index.faces()->size());
+    const int atOnce = int(qBound<std::size_t>(4, preparingBytes / (faces * sizeof(LetterTable::Row)), 64));
+    for (int i = 0; i < characters.size() && !cancelled; i += atOnce)
+        index.tables(characters.mid(i, atOnce), nullptr, [&cancelled] { return cancelled.load(); });
+}
+
+std::vector<AskedLetter> LetterMatcher::Private::readLetters(const QVector<CutLetter>& letters)
+{
+    std::vector<AskedLetter> result;
+    for (const CutLetter& letter : letters) {
+        if (letter.character.isNull() || letter.image.isNull() || !(letter.scale > 0) || result.size() >= mostLetters)
+            continue;
+        QImage image = letter.image;
+        double scale = letter.scale;
+        if (qMax(image.width(), image.height()) > mostPixels) {
+            const double factor = double(mostPixels) / qMax(image.width(), image.height());
+            image = image.scaled(qMax(1, qRound(image.width() * factor)), qMax(1, qRound(image.height() * factor)),
+                                 Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+            scale *= factor;
+        }
+        AskedLetter asked;
+        asked.character = letter.character;
+        asked.ink = Coverage::fromImage(image).cropped(0.2F);
+        asked.unit = 1 / scale;
+        asked.single = asked.ink.parts(smallestPart) <= 1;
+        if (ShapeDescriptor::of(asked.ink, asked.unit, 0, asked.shape))
+            result.push_back(std::move(asked));
+    }
+    return result;
+}
+
+double LetterMatcher::Private::typicalHeight(const std::vector<AskedLetter>& letters)
+{
+    std::vector<double> heights;
+    for (const AskedLetter& letter : letters)
+        heights.push_back(letter.ink.height * letter.unit);
+    std::sort(heights.begin(), heights.end());
+    return qMax(1.0, heights[heights.size() / 2]);
+}
+
+std::vector<Ranked> LetterMatcher::Private::firstPass(const std::vector<AskedLetter>& letters,
+                                                      const QVector<LetterTablePtr>& tables)
+{
+    const std::size_t count = letters.size();
+    const std::size_t faces = tables.first()->rows.size();
+    std::vector<Ranked> result;
+    std::vector<const ShapeDescriptor*> shapes(count);
+    std::vector<float> distances(count);
+    std::vector<float> sizes(2 * count);
+    std::vector<float> sorted;
+    for (std::size_t face = 0; face < faces; ++face) {
+        Ranked ranked;
+        ranked.mainPart.assign(count, false);
+        sorted.clear();
+        std::size_t found = 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            const LetterTable& table = *tables[int(i)];
+            shapes[i] = nullptr;
+            distances[i] = mostDistance;
+            if (table.rows[face].state != LetterTable::Measured)
+                continue;
+            ++found;
+            shapes[i] = &table.rows[face].shape;
+            distances[i] = qMin(mostDistance, letters[i].shape.distance(*shapes[i]));
+            if (letters[i].single && !table.mainParts.empty()) {
+                const auto part = table.mainParts.find(int(face));
+                if (part != table.mainParts.end()) {
+                    const float other = letters[i].shape.distance(part->second);
+                    if (other < distances[i]) {
+                        distances[i] = other;
+                        shapes[i] = &part->second;
+                        ranked.mainPart[i] = true;
+                    }
+                }
+            }
+            sizes[2 * i] = letters[i].shape.logWidth - shapes[i]->logWidth;
+            sizes[2 * i + 1] = letters[i].shape.logHeight - shapes[i]->logHeight;
+            sorted.push_back(sizes[2 * i]);
+            sorted.push_back(sizes[2 * i + 1]);
+        }
+        if (found == 0)
+            continue;
+        const auto middle = sorted.begin() + long(sorted.size() / 2);
+        std::nth_element(sorted.begin(), middle, sorted.end());
+        const float size = *middle;
+        for (std::size_t i = 0; i < count; ++i) {
+            if (!shapes[i]) {
+                ranked.distance += mostDistance;
+                continue;
+            }
+            const float across = sizes[2 * i] - size;
+            const float down = sizes[2 * i + 1] - size;
+            ranked.distance += qMin(mostDistance, distances[i] + sizeWeight * (across * across + down * down));
+        }
+        ranked.face = int(face);
+        ranked.distance /= float(count);
+        ranked.scale = std::exp(double(size));
+        result.push_back(std::move(ranked));
+    }
+    const auto end = result.size() > drawnCandidates ? result.begin() + drawnCandidates : result.end();
+    std::partial_sort(result.begin(), end, result.end(),
+                      [](const Ranked& one, const Ranked& other) { return one.distance < other.distance; });
+    result.erase(end, result.end());
+    return result;
+}
+
+void LetterMatcher::Private::openOutlines(const std::vector<AskedLetter>& letters, const IndexedFaces& faces,
+                                          Ranked& candidate)
+{
+    const IndexedFace& entry = faces[std::size_t(candidate.face)];
+    CandidateFace face(entry.file, entry.faceIndex);
+    for (std::size_t i = 0; i < letters.size(); ++i) {
+        GlyphOutline outline = face.outline(letters[i].character);
+        candidate.outlines.push_back(candidate.mainPart[i] ? outline.mainPart() : outline);
+    }
+}
+
+// Fits the outlines of the first candidates to the letters, drawn so that the typical one is of this height, and sorts
+// them by how well they fit.
+void LetterMatcher::Private::compare(const std::vector<AskedLetter>& letters, std::vector<Ranked>& ranked, int count,
+                                     double height, double blur, int steps)
+{
+    const double factor = qMin(1.0, height / typicalHeight(letters)); // pixels drawn for each of the picture
+    std::vector<Coverage> reduced;
+    for (const AskedLetter& letter : letters)
+        reduced.push_back(letter.ink.reduced(factor * letter.unit));
+    const LetterFit fit(std::move(reduced), blur * factor);
+    count = qMin(count, int(ranked.size()));
+    shareWork(&pool, count, [&](int i) {
+        Ranked& candidate = ranked[std::size_t(i)];
+        LetterFit::State state = LetterFit::rescaled(candidate.state, factor);
+        state.scale = (candidate.state.letters.empty() ? candidate.scale : candidate.state.scale) * factor;
+        fit.run(candidate.outlines, steps, state);
+        candidate.state = LetterFit::rescaled(state, 1 / factor);
+    });
+    std::stable_sort(ranked.begin(), ranked.begin() + count,
+                     [](const Ranked& one, const Ranked& other) { return one.state.deviance < other.state.deviance; });
+}
+
+// The blur under which the best of the first candidates fits best.
+double LetterMatcher::Private::findBlur(const std::vector<AskedLetter>& letters, std::vector<Ranked>& ranked)
+{
+    std::vector<Ranked> first(ranked.begin(), ranked.begin() + qMin(blurCandidates, int(ranked.size())));
+    double best = 1;
+    double found = 0;
+    for (const double blur : blurs) {
+        std::vector<Ranked> tried = first;
+        compare(letters, tried, blurCandidates, coarseHeight, blur, 2);
+        if (tried.front().state.deviance < best) {
+            best = tried.front().state.deviance;
+            found = blur;
+        }
+    }
+    return found;
+}
+
+QVector<FontMatch> LetterMatcher::match(const QVector<CutLetter>& cutLetters, int limit,
+                                        const std::atomic<bool>* cancelled)
+{
+    const auto isCancelled = [cancelled] { return cancelled && cancelled->load(); };
+    const std::vector<AskedLetter> letters = Private::readLetters(cutLetters);
+    QHash<QPair<QString, int>, QVector<int>> ids;
+    QVector<LetterTablePtr> tables;
+    {
+        const QMutexLocker locker(&m_private->mutex);
+        ids = m_private->ids;
+    }
+    if (letters.empty() || ids.isEmpty())
+        return {};
+    QVector<QChar> characters;
+    for (const AskedLetter& letter : letters) {
+        if (!characters.contains(letter.character))
+            characters.append(letter.character);
+    }
+    const QVector<LetterTablePtr> found = m_private->index.tables(characters, &m_private->pool, isCancelled);
+    for (const AskedLetter& letter : letters)
+        tables.append(found[characters.indexOf(letter.character)]);
+    const IndexedFaces& faces = *tables.first()->faces;
+    if (isCancelled() || faces.empty())
+        return {};
+
+    std::vector<Ranked> ranked = m_private->firstPass(letters, tables);
+    if (ranked.empty())
+        return {};
+    shareWork(&m_private->pool, int(ranked.size()), [&](int i) {
+        if (!isCancelled())
+            Private::openOutlines(letters, faces, ranked[std::size_t(i)]);
+    });
+    if (isCancelled())
+        return {};
+    const double blur = m_private->findBlur(letters, ranked);
+    m_private->compare(letters, ranked, drawnCandidates, coarseHeight, blur, 2);
+    if (isCancelled())
+        return {};
+    m_private->compare(letters, ranked, closeCandidates, fineHeight, blur, 3);
+
+    QVector<FontMatch> result;
+    double last = 0;
+    for (const Ranked& candidate : ranked) {
+        // The two comparisons differ a little in what they measure; the order is what counts.
+        last = qMax(last, candidate.state.deviance);
+        const IndexedFace& face = faces[std::size_t(candidate.face)];
+        for (const int id : ids.value({face.file, face.faceIndex})) {
+            if (result.size() < limit)
+                result.append({id, last});
+        }
+    }
+    return result;
 }
 
 } // namespace kerval::letters
