@@ -172,7 +172,6 @@ QWidget* FontLensForm::makePicturePage()
     view->setObjectName(QStringLiteral("graphicsView"));
     view->setAccessibleName(tr("Picture"));
     view->setAccessibleDescription(tr("Click the letters whose font you look for"));
-    view->setBackgroundBrush(QBrush());
     view->setFrameShape(QFrame::NoFrame);
     auto* hintLayout = new QVBoxLayout(view->viewport());
     dropHint = new FontLensDropHint(view->viewport());

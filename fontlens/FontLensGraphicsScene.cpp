@@ -13,6 +13,7 @@ FontLensGraphicsScene::FontLensGraphicsScene(QObject* parent)
     // A handful of items: an index costs more than it saves.
     setItemIndexMethod(QGraphicsScene::NoIndex);
     m_picture->setShapeMode(QGraphicsPixmapItem::BoundingRectShape);
+    setPictureSmooth(true);
 }
 
 void FontLensGraphicsScene::setPicture(const QPixmap& picture)

@@ -156,6 +156,12 @@ void FontLensGraphicsView::resizeEvent(QResizeEvent* event)
     emit resized(event->size());
 }
 
+// A shade that neither a white page nor a dark one is lost on.
+void FontLensGraphicsView::drawBackground(QPainter* painter, const QRectF& rect)
+{
+    painter->fillRect(rect, palette().color(QPalette::Window).darker(112));
+}
+
 // White first and dotted black over it: one of the two shows on any ground.
 void FontLensGraphicsView::paintEvent(QPaintEvent* event)
 {

@@ -5,10 +5,10 @@
 
 namespace {
 
-QPen hairline(const QColor& color, Qt::PenStyle style)
+// Of the screen's pixels, whatever the zoom.
+QPen screenPen(const QColor& color, Qt::PenStyle style, qreal width)
 {
-    QPen pen(style);
-    pen.setColor(color);
+    QPen pen(color, width, style);
     pen.setCosmetic(true);
     return pen;
 }
@@ -20,9 +20,9 @@ LetterSplitter::LetterSplitter(QGraphicsScene* scene, QPointF firstPoint, QGraph
     , m_points({firstPoint})
     , m_companion(new QGraphicsPathItem(this))
 {
-    setPen(hairline(Qt::black, Qt::DashLine));
+    setPen(screenPen(Qt::black, Qt::DashLine, 1));
     setZValue(1);
-    m_companion->setPen(hairline(Qt::white, Qt::SolidLine));
+    m_companion->setPen(screenPen(Qt::white, Qt::SolidLine, 3));
     m_companion->setFlag(QGraphicsItem::ItemStacksBehindParent);
     if (scene && !parent)
         scene->addItem(this);
@@ -61,6 +61,6 @@ void LetterSplitter::updatePath()
 // The pen's width belongs to the screen, so a zoomed-out view needs more of the scene than the path's own outline.
 QRectF LetterSplitter::boundingRect() const
 {
-    constexpr qreal margin = 40;
+    constexpr qreal margin = 60;
     return path().controlPointRect().adjusted(-margin, -margin, margin, margin);
 }

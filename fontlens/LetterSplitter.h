@@ -3,8 +3,8 @@
 #include <QGraphicsPathItem>
 #include <QPolygonF>
 
-// A cut line over the picture, for letters that touch: a polyline in scene coordinates, dashed over a solid white
-// companion so that it shows on every ground. Both keep one pixel of the screen's width at every zoom. The companion is
+// A cut line over the picture, for letters that touch: a polyline in scene coordinates, dashed over a wider solid
+// white companion so that it shows on every ground. Both keep their width on the screen at every zoom. The companion is
 // a child of the line, so whoever deletes the line, its scene included, removes both.
 class LetterSplitter : public QGraphicsPathItem
 {

@@ -14,6 +14,8 @@ namespace {
 constexpr int tileWidth = 100;
 constexpr int imageEdge = 94;
 constexpr int gap = 3;
+constexpr int letterWidth = 26;
+constexpr int closeWidth = 17;
 
 // The tile stays white on dark palettes, so everything in it needs ink that shows on white.
 QPalette lightPalette(QPalette palette)
@@ -62,21 +64,31 @@ void SelectedLetterWidget::setupUi()
     m_letter->setMaxLength(1);
     m_letter->setPlaceholderText(QStringLiteral("?"));
     m_letter->setAlignment(Qt::AlignCenter);
+    m_letter->setFixedWidth(letterWidth);
     m_caption->setBuddy(m_letter);
     m_close = new QToolButton(frame);
     m_close->setObjectName(QStringLiteral("btnClose"));
     m_close->setIcon(QIcon(QStringLiteral(":/icons/clear_search.png")));
     m_close->setIconSize(QSize(14, 14));
     m_close->setAutoRaise(true);
+    m_close->setFixedSize(closeWidth, closeWidth);
     m_close->setFocusPolicy(Qt::NoFocus);
     m_close->setToolTip(tr("Remove this letter (Ctrl+Del)"));
     m_close->setAccessibleName(tr("Remove this letter"));
 
+    // The tile's width is fixed and the language is not.
+    const int room = imageEdge - letterWidth - closeWidth - 2 * gap;
+    QFont captionFont = m_caption->font();
+    const int captionWidth = QFontMetrics(captionFont).horizontalAdvance(m_caption->text());
+    if (captionWidth > room)
+        captionFont.setPointSizeF(captionFont.pointSizeF() * room / captionWidth);
+    m_caption->setFont(captionFont);
+
     auto* row = new QHBoxLayout;
     row->setObjectName(QStringLiteral("horizontalLayout"));
     row->setSpacing(gap);
-    row->addWidget(m_caption);
-    row->addWidget(m_letter, 1);
+    row->addWidget(m_caption, 1);
+    row->addWidget(m_letter);
     row->addWidget(m_close);
     auto* column = new QVBoxLayout(frame);
     column->setObjectName(QStringLiteral("verticalLayout_2"));
@@ -148,13 +160,13 @@ void SelectedLetterWidget::onLetterChanged()
     markMissing();
 }
 
-// Red alone would say nothing to those who do not see it: the caption is bold as well while the character is missing,
-// and the line edit asks for it.
+// Red alone would say nothing to those who do not see it: the caption is underlined as well while the character is
+// missing, and the line edit asks for it.
 void SelectedLetterWidget::markMissing()
 {
     const bool missing = m_letter->text().isEmpty();
     QFont font = m_caption->font();
-    font.setBold(missing);
+    font.setUnderline(missing);
     m_caption->setFont(font);
     m_caption->setStyleSheet(missing ? QStringLiteral("color: red") : QString());
     m_letter->setToolTip(missing ? tr("Type the character that this letter shows") : QString());

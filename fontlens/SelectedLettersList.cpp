@@ -78,6 +78,7 @@ void SelectedLettersList::onLetterSelected(bool success, FontRecognizerLetterSel
     m_layout->insertWidget(m_layout->count() - 1, tile);
     m_entries.append({tile, selectedLetter});
     tile->show(); // now, for the focus
+    update();
     numberTiles();
 
     const auto waiting = std::find_if(m_entries.begin(), m_entries.end(),

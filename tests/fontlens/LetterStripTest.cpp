@@ -209,7 +209,7 @@ private:
         const auto* caption = tiles().at(tile)->findChild<QLabel*>(QStringLiteral("lblLetter"));
         const bool red = caption->styleSheet() == QLatin1String("color: red");
         // Not by colour alone.
-        return red && caption->font().bold() && !input(tile)->accessibleDescription().isEmpty();
+        return red && caption->font().underline() && !input(tile)->accessibleDescription().isEmpty();
     }
 
     std::unique_ptr<FakeRecognition> m_service;
