@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QShortcut>
 
 FMSControlCenter::FMSControlCenter(const QSharedPointer<FontAdder>& adder, const KrvFontRepositoryPtr& repository)
     : m_adder(adder)
@@ -37,6 +38,8 @@ FMSControlCenter::FMSControlCenter(const QSharedPointer<FontAdder>& adder, const
     connect(m_log, &QPushButton::clicked, this, &FMSControlCenter::scanLogRequested);
     connect(m_errors, &QPushButton::clicked, this, &FMSControlCenter::showErrors);
     connect(m_stopScanning, &QPushButton::clicked, scanner, &FontAdder::abortSearchForFontFiles);
+
+    connect(new QShortcut(QKeySequence::Cancel, this), &QShortcut::activated, this, &QWidget::close);
 
     m_stopScanning->setVisible(m_adder->isSearching());
     setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint |

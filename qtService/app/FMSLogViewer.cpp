@@ -7,6 +7,7 @@
 #include <QIcon>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QShortcut>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -30,11 +31,20 @@ FMSLogViewer::FMSLogViewer(QWidget* parent)
     m_view->setTabKeyNavigation(false);
     auto* close = new QPushButton(tr("Close"), this);
     close->setObjectName(QStringLiteral("btn_close"));
+    auto* messages = new QPushButton(tr("Messages"), this);
+    messages->setObjectName(QStringLiteral("btn_messages"));
+    messages->setToolTip(tr("What the service has said since it was started"));
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(messages);
+    buttons->addStretch();
+    buttons->addWidget(close);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_view, 1);
-    layout->addWidget(close, 0, Qt::AlignRight);
+    layout->addLayout(buttons);
     resize(820, 520);
     connect(close, &QPushButton::clicked, this, &QWidget::close);
+    connect(new QShortcut(QKeySequence::Cancel, this), &QShortcut::activated, this, &QWidget::close);
+    connect(messages, &QPushButton::clicked, this, &FMSLogViewer::messagesRequested);
     connect(m_model, &QAbstractItemModel::layoutChanged, this, &FMSLogViewer::onLogChanged);
     adjustColumns();
     m_view->scrollToBottom();

@@ -15,6 +15,7 @@ public:
 
 signals:
     void closed();
+    void messagesRequested();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -18,6 +18,7 @@
 #include "qtService/app/service/FontManagementService.h"
 #include "qtService/database/KrvUserDatabase.h"
 #include "qtService/management/FontAdder.h"
+#include "qtService/ui/dialogs/SplashScreenDialog.h"
 #include "qtService/ui/dialogs/UpdateCheckDialog.h"
 #include "qtService/ui/messages/FMSPlainTextMessage.h"
 #include "qtService/ui/messages/KrvMessage.h"
@@ -192,8 +193,10 @@ bool FMService::start(int* port, bool startFontManager)
 
     connect(m_fontManagementService.data(), &FontManagementService::started, this,
             &FMService::onFontManagementServiceStarted);
-    if (startFontManager)
+    if (startFontManager) {
+        showSplashScreen();
         onShowFontManagerTriggered();
+    }
     m_fontManagementService->start();
     return true;
 }
@@ -206,6 +209,13 @@ void FMService::addRecognizer()
     for (const Script script : {Script::Modules, Script::Similarity, Script::ShopLink})
         m_server->addHandler(RecognizerResourceHandler::pattern(script),
                              new RecognizerResourceHandler(m_recognizer, script));
+}
+
+// Only with the window: a start in the background stays there. It says what is coming while a large library loads.
+void FMService::showSplashScreen()
+{
+    m_splashScreen = std::make_unique<SplashScreenDialog>();
+    m_splashScreen->show();
 }
 
 bool FMService::checkSettingsFolder()
@@ -286,6 +296,7 @@ int FMService::choosePort(int* runningPort)
 
 void FMService::onFontManagementServiceStarted()
 {
+    m_splashScreen.reset();
     if (m_state != Initializing)
         return;
     const int error = initialize();
@@ -365,13 +376,37 @@ void FMService::onInitializeFinished(int error)
 
 void FMService::tellAboutDamagedData()
 {
+    const auto shown = [](const QString& path) { return QDir::toNativeSeparators(path).toHtmlEscaped(); };
     const KrvUserDatabase* userDatabase = m_fontManagementService->userDatabase();
     const QString aside = userDatabase ? userDatabase->setAsideFile() : QString();
     if (!aside.isEmpty())
         KrvMessage::instance()->warning(
             tr("The file with your groups, notes and rankings could not be read.\nIt was kept as \"%1\", and Kerval "
                "started with a new one.")
-                .arg(QDir::toNativeSeparators(aside).toHtmlEscaped()));
+                .arg(shown(aside)));
+
+    switch (m_fontManagementService->catalogueState()) {
+    case FontDatabase::Opened:
+    case FontDatabase::Created:
+        break;
+    case FontDatabase::DamagedReplaced:
+        KrvMessage::instance()->warning(
+            tr("The file of the font library could not be read.\nIt was kept as \"%1\". Its "
+               "fonts come back with the next scan.")
+                .arg(shown(m_fontManagementService->setAsideCatalogue())));
+        break;
+    case FontDatabase::OutdatedReplaced:
+        KrvMessage::instance()->warning(tr("The file of the font library was made by another version.\nIt was kept as "
+                                           "\"%1\". Its fonts come back with the next scan.")
+                                            .arg(shown(m_fontManagementService->setAsideCatalogue())));
+        break;
+    case FontDatabase::CannotReplace:
+    case FontDatabase::CannotOpen:
+        KrvMessage::instance()->warning(tr("The file of the font library cannot be opened.\nPlease check permissions "
+                                           "on:\n   \"%1\"")
+                                            .arg(shown(krv::userSettingsFolder())));
+        break;
+    }
 }
 
 void FMService::notify(const QString& text)
@@ -424,6 +459,7 @@ void FMService::displayLog()
     if (!m_scanLogViewer) {
         m_scanLogViewer = new FMSLogViewer;
         connect(m_scanLogViewer, &FMSLogViewer::closed, this, &FMService::onScanLogClosed);
+        connect(m_scanLogViewer, &FMSLogViewer::messagesRequested, this, &FMService::showMessageLog);
     }
     m_scanLogViewer->show();
     m_scanLogViewer->raise();
@@ -514,6 +550,7 @@ void FMService::stop()
 {
     qDebug() << "M_0_"
              << "FMService::stop starting";
+    m_splashScreen.reset();
     // No request may find a library that is closing.
     if (m_server)
         m_server->close();

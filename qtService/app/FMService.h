@@ -17,6 +17,7 @@ class FMSTrayIcon;
 class PreferencesWindow;
 class QLockFile;
 class SessionEndWatch;
+class SplashScreenDialog;
 class Translations;
 
 namespace api::rest {
@@ -86,6 +87,7 @@ private slots:
     void onSessionEnding();
 
 private:
+    void showSplashScreen();
     bool checkSettingsFolder();
     bool acquireInstanceLock(int* runningPort);
     int choosePort(int* runningPort);
@@ -106,6 +108,7 @@ private:
     FMSSettings m_settings;
     std::unique_ptr<PreferencesWindow> m_preferences;
     std::unique_ptr<FMSPlainTextMessage> m_messageLog;
+    std::unique_ptr<SplashScreenDialog> m_splashScreen; // until the library is open
     std::unique_ptr<FMSTrayIcon> m_trayIcon;
     std::unique_ptr<FMSControlCenter> m_controlCenter;
     FMSLogViewer* m_scanLogViewer = nullptr; // made on demand, gone when closed

@@ -4,7 +4,6 @@
 #include "qtService/app/core/SettingsFolders.h"
 #include "qtService/app/service/NewFontsFilterFunctor.h"
 #include "qtService/database/CachedFontRepositoryStrategy.h"
-#include "qtService/database/FontDatabase.h"
 #include "qtService/database/KrvFeatureRepository.h"
 #include "qtService/database/KrvFontRepository.h"
 #include "qtService/database/KrvUserDatabase.h"
@@ -114,7 +113,8 @@ void FontManagementService::openDatabases(const QString& settingsFolder)
     auto* const userDatabase = new KrvUserDatabase;
     userDatabase->open(settingsFolder + QStringLiteral("user.db"));
     // What cannot serve as the catalogue is moved aside, and its fonts wait for the next scan.
-    FontDatabase::prepareFile(settingsFolder + QStringLiteral("fms.db"));
+    QString setAside;
+    FontDatabase::FileState state = FontDatabase::prepareFile(settingsFolder + QStringLiteral("fms.db"), &setAside);
     const auto fontDatabase = QSharedPointer<FontDatabase>::create(settingsFolder + QStringLiteral("fms.db"));
     const auto strategy = QSharedPointer<CachedFontRepositoryStrategy>::create(
         QSharedPointer<RelationalFontRepositoryStrategy>::create(fontDatabase));
@@ -123,7 +123,15 @@ void FontManagementService::openDatabases(const QString& settingsFolder)
     const auto features = QSharedPointer<KrvFeatureRepository>::create(
         QSharedPointer<RelationalFeatureRepositoryStrategy>::create(fontDatabase));
 
+    // Reading it may have shown what the look at the file did not.
+    if (state == FontDatabase::Opened || fontDatabase->fileState() == FontDatabase::CannotOpen)
+        state = fontDatabase->fileState();
+    if (setAside.isEmpty())
+        setAside = fontDatabase->movedFileName();
+
     QWriteLocker locker(&m_lock);
+    m_catalogueState = state;
+    m_setAsideCatalogue = setAside;
     m_userDatabase = userDatabase;
     m_fontDatabase = fontDatabase;
     m_repository = repository;
@@ -268,6 +276,18 @@ FontManagementService::Library FontManagementService::library() const
 {
     QReadLocker locker(&m_lock);
     return {m_fontAdder, m_repository, m_featureRepository, m_userDatabase, m_similarity, m_systemGroups};
+}
+
+FontDatabase::FileState FontManagementService::catalogueState() const
+{
+    QReadLocker locker(&m_lock);
+    return m_catalogueState;
+}
+
+QString FontManagementService::setAsideCatalogue() const
+{
+    QReadLocker locker(&m_lock);
+    return m_setAsideCatalogue;
 }
 
 QSharedPointer<FontAdder> FontManagementService::fontAdder() const

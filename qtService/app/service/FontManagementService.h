@@ -10,6 +10,7 @@
 #include "qtService/app/service/SetFontsHiddenCommand.h"
 #include "qtService/app/service/SetOnlineSourceCommand.h"
 #include "qtService/app/service/UpdateFileExistsCommand.h"
+#include "qtService/database/FontDatabase.h"
 #include "qtService/management/ExistingFontsGroup.h"
 #include "qtService/management/ExtractFontArchiveCommand.h"
 #include "qtService/management/FontActivityChangeCommand.h"
@@ -30,7 +31,6 @@ class FMSPdfGenerator;
 class FontSampleJob;
 class UpdateCheckCommand;
 class FontAdder;
-class FontDatabase;
 class KrvFeatureRepository;
 class KrvFontRepository;
 class KrvSimilarityWrapper;
@@ -73,6 +73,10 @@ public:
     KrvSimilarityWrapper* similarityWrapper() const;
     QSharedPointer<SystemFontGroupList> systemFontGroups() const;
     QSharedPointer<UserFontGroupList> userFontGroups() const;
+
+    // What the last start found of the catalogue's file, and where it has put one that could not serve.
+    FontDatabase::FileState catalogueState() const;
+    QString setAsideCatalogue() const;
 
 signals:
     void startRequested();
@@ -151,6 +155,8 @@ private:
     mutable QReadWriteLock m_lock; // guards the members below
     QSharedPointer<FontAdder> m_fontAdder;
     QSharedPointer<FontDatabase> m_fontDatabase;
+    FontDatabase::FileState m_catalogueState = FontDatabase::Created;
+    QString m_setAsideCatalogue;
     QSharedPointer<KrvFontRepository> m_repository;
     QSharedPointer<KrvFeatureRepository> m_featureRepository;
     KrvUserDatabase* m_userDatabase = nullptr;

@@ -17,6 +17,7 @@ SplashScreenDialog::SplashScreenDialog(QWidget* parent)
     logo->setObjectName(QStringLiteral("lblLogoText"));
     logo->setPixmap(pixmap);
     logo->setAlignment(Qt::AlignCenter);
+    logo->setAccessibleName(QStringLiteral("Kerval"));
     auto* version = new QLabel(tr("Version: %1").arg(krv::versionString()), this);
     version->setObjectName(QStringLiteral("lblVersion"));
     version->setAlignment(Qt::AlignCenter);
@@ -25,4 +26,9 @@ SplashScreenDialog::SplashScreenDialog(QWidget* parent)
     layout->setSpacing(18);
     layout->addWidget(logo);
     layout->addWidget(version);
+}
+
+void SplashScreenDialog::mousePressEvent(QMouseEvent*)
+{
+    hide();
 }

@@ -9,4 +9,8 @@ class SplashScreenDialog : public QDialog
 
 public:
     explicit SplashScreenDialog(QWidget* parent = nullptr);
+
+protected:
+    // Whoever is in a hurry clicks it away.
+    void mousePressEvent(QMouseEvent* event) override;
 };

@@ -4,6 +4,7 @@
 #include <QIcon>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 FMSPlainTextMessage::FMSPlainTextMessage(QWidget* parent)
@@ -30,6 +31,7 @@ FMSPlainTextMessage::FMSPlainTextMessage(QWidget* parent)
     resize(640, 420);
     connect(m_refresh, &QPushButton::clicked, this, &FMSPlainTextMessage::refreshRequested);
     connect(close, &QPushButton::clicked, this, &QWidget::close);
+    connect(new QShortcut(QKeySequence::Cancel, this), &QShortcut::activated, this, &QWidget::close);
     setStyleSheet(QStringLiteral("font-size: 9pt"));
     QFont font(QStringLiteral("Courier"));
     font.setStyleHint(QFont::Monospace);
