@@ -131,6 +131,13 @@ void FontLensDialog::done(int result)
     emit closed();
 }
 
+void FontLensDialog::changeEvent(QEvent* event)
+{
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        m_results->setAppearance(m_form->treeView->palette().color(QPalette::Text), devicePixelRatioF());
+}
+
 void FontLensDialog::keyPressEvent(QKeyEvent* event)
 {
     if (event->matches(QKeySequence::Cancel) && m_splitter) {

@@ -84,7 +84,7 @@ void FontLensDialog::onSimilarFontsFound(bool success, QList<FontDataPtr> fontDa
         tellFailure(m_session->lastResult(), tr("Failed to identify the font based on the selected letters."));
         return;
     }
-    m_results->setDevicePixelRatio(devicePixelRatioF());
+    m_results->setAppearance(m_form->treeView->palette().color(QPalette::Text), devicePixelRatioF());
     m_results->setFonts(fontDataListPtr);
     m_form->lblNoResults->setVisible(fontDataListPtr.isEmpty());
     showLetters();

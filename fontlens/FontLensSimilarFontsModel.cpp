@@ -12,11 +12,15 @@ namespace {
 constexpr int renderedSize = 32;
 constexpr int cellMargin = 4;
 
-QImage emptyCell(qreal ratio, const QColor& ground)
+// Black on white becomes ink on nothing.
+QImage inked(const QImage& image, const QColor& ink)
 {
-    QImage cell(FontLensSimilarFontsModel::previewSize() * ratio, QImage::Format_ARGB32_Premultiplied);
-    cell.fill(ground);
-    return cell;
+    QImage coverage = image.convertToFormat(QImage::Format_Grayscale8);
+    coverage.invertPixels();
+    QImage result(image.size(), QImage::Format_ARGB32);
+    result.fill(ink);
+    result.setAlphaChannel(coverage);
+    return result;
 }
 
 } // namespace
@@ -31,9 +35,39 @@ QSize FontLensSimilarFontsModel::previewSize()
     return QSize(260, renderedSize + 2 * cellMargin);
 }
 
-void FontLensSimilarFontsModel::setDevicePixelRatio(qreal ratio)
+void FontLensSimilarFontsModel::setAppearance(const QColor& ink, qreal devicePixelRatio)
 {
-    m_ratio = ratio;
+    if (ink == m_ink && devicePixelRatio == m_ratio)
+        return;
+    m_ink = ink;
+    m_ratio = devicePixelRatio;
+    for (int row = 0; row < m_fonts.size(); ++row)
+        m_cells[row] = cellOf(m_rendered.at(row));
+    if (!m_fonts.isEmpty())
+        emit dataChanged(index(0, PreviewColumn), index(m_fonts.size() - 1, PreviewColumn), {Qt::DecorationRole});
+}
+
+QImage FontLensSimilarFontsModel::cellOf(const QImage& rendered) const
+{
+    QImage cell(previewSize() * m_ratio, QImage::Format_ARGB32_Premultiplied);
+    cell.fill(Qt::transparent);
+    if (!rendered.isNull()) {
+        const int margin = qRound(cellMargin * m_ratio);
+        const QSize room = cell.size() - QSize(2 * margin, 2 * margin);
+        QSize size = rendered.size() * m_ratio;
+        if (size.width() > room.width() || size.height() > room.height())
+            size.scale(room, Qt::KeepAspectRatio);
+        QImage image(rendered.size(), QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter(&image).drawImage(0, 0, rendered);
+        const bool isInk = image.allGray();
+        if (!isInk)
+            cell.fill(Qt::white);
+        image = image.scaled(size.expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        QPainter(&cell).drawImage(margin, (cell.height() - image.height()) / 2, isInk ? inked(image, m_ink) : image);
+    }
+    cell.setDevicePixelRatio(m_ratio);
+    return cell;
 }
 
 void FontLensSimilarFontsModel::setSession(const QSharedPointer<FontRecognizerSession>& session)
@@ -43,7 +77,8 @@ void FontLensSimilarFontsModel::setSession(const QSharedPointer<FontRecognizerSe
     m_session = session;
     beginResetModel();
     m_fonts.clear();
-    m_previews.clear();
+    m_rendered.clear();
+    m_cells.clear();
     endResetModel();
     if (m_session)
         connect(m_session.data(), &FontRecognizerSession::renderPreviewFinished, this,
@@ -52,11 +87,10 @@ void FontLensSimilarFontsModel::setSession(const QSharedPointer<FontRecognizerSe
 
 void FontLensSimilarFontsModel::setFonts(const QList<FontDataPtr>& fonts)
 {
-    QImage placeholder = emptyCell(m_ratio, Qt::transparent);
-    placeholder.setDevicePixelRatio(m_ratio);
     beginResetModel();
     m_fonts = fonts;
-    m_previews.fill(placeholder, fonts.size());
+    m_rendered.fill(QImage(), fonts.size());
+    m_cells.fill(cellOf(QImage()), fonts.size());
     endResetModel();
     if (!m_session)
         return;
@@ -73,23 +107,11 @@ void FontLensSimilarFontsModel::onPreviewRendered(bool success, int fontId, QIma
 {
     if (!success || previewImage.isNull())
         return;
-    QImage cell = emptyCell(m_ratio, Qt::white);
-    const int margin = qRound(cellMargin * m_ratio);
-    const QSize room = cell.size() - QSize(2 * margin, 2 * margin);
-    const QSize wanted = previewImage.size() * m_ratio;
-    const QSize size = wanted.width() > room.width() || wanted.height() > room.height()
-                           ? wanted.scaled(room, Qt::KeepAspectRatio)
-                           : wanted;
-    {
-        const QImage scaled =
-            previewImage.scaled(size.expandedTo(QSize(1, 1)), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-        QPainter(&cell).drawImage(margin, (cell.height() - scaled.height()) / 2, scaled);
-    }
-    cell.setDevicePixelRatio(m_ratio);
     for (int row = 0; row < m_fonts.size(); ++row) {
         if (m_fonts.at(row)->id != fontId)
             continue;
-        m_previews[row] = cell;
+        m_rendered[row] = previewImage;
+        m_cells[row] = cellOf(previewImage);
         const QModelIndex changed = index(row, PreviewColumn);
         emit dataChanged(changed, changed, {Qt::DecorationRole});
     }
@@ -134,7 +156,7 @@ QVariant FontLensSimilarFontsModel::data(const QModelIndex& index, int role) con
             return QVariant();
         }
     case Qt::DecorationRole:
-        return index.column() == PreviewColumn ? m_previews.at(index.row()) : QVariant();
+        return index.column() == PreviewColumn ? m_cells.at(index.row()) : QVariant();
     case Qt::AccessibleTextRole:
         return index.column() == PreviewColumn ? tr("%1 %2").arg(font.name, font.style) : QVariant();
     case FontIdRole:

@@ -47,7 +47,6 @@ void SelectedLetterWidget::setupUi()
     setWindowTitle(tr("Form"));
     setAttribute(Qt::WA_StyledBackground);
     setStyleSheet(QStringLiteral("#SelectedLetterWidget {\n\tbackground-color: white;\n\tborder: 1px solid black;\n}"));
-    setPalette(lightPalette(palette()));
     setFixedWidth(tileWidth);
 
     auto* frame = new QWidget(this);
@@ -96,6 +95,9 @@ void SelectedLetterWidget::setupUi()
     column->setContentsMargins(gap, gap, gap, gap);
     column->addWidget(m_image, 0, Qt::AlignHCenter);
     column->addLayout(row);
+    // Each by itself: a desktop may give some kinds of widgets a palette of their own.
+    for (QWidget* widget : std::initializer_list<QWidget*>{m_caption, m_letter, m_close})
+        widget->setPalette(lightPalette(widget->palette()));
     auto* layout = new QVBoxLayout(this);
     layout->setObjectName(QStringLiteral("verticalLayout"));
     layout->setContentsMargins(0, 0, 0, 0);

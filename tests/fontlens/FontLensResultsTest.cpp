@@ -200,6 +200,21 @@ private slots:
         QCOMPARE(wanted.last().first().toInt(), 5);
     }
 
+    void previewsTakeTheColourOfTheText()
+    {
+        open();
+        QImage black(40, 32, QImage::Format_Grayscale8);
+        black.fill(0);
+        m_lens->service().answer("render", ScriptedRecognitionServer::png(black));
+        identify();
+        QTRY_COMPARE(imageAt(1).pixel(20, 20), tree()->palette().color(QPalette::Text).rgba());
+        QPalette dark = m_lens->dialog()->palette();
+        dark.setColor(QPalette::Text, Qt::yellow);
+        m_lens->dialog()->setPalette(dark);
+        QCOMPARE(imageAt(1).pixel(20, 20), QColor(Qt::yellow).rgba());
+        QCOMPARE(imageAt(1).pixelColor(200, 20).alpha(), 0);
+    }
+
     void thePreviewsSizeEndsAt4And48()
     {
         FontLensFontPreviewWidget widget;

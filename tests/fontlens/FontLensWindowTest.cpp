@@ -1,5 +1,6 @@
 #include "fontlens/FontLensDialog.h"
 #include "qtService/app/service/FontManagementService.h"
+#include "qtService/ui/fonts/FontColumn.h"
 #include "qtService/ui/fonts/KrvFontsView.h"
 #include "qtService/ui/fonts/KrvFontsViewModel.h"
 #include "qtService/ui/sidebar/SideBarWidget.h"
@@ -20,7 +21,7 @@ private slots:
     void initTestCase()
     {
         m_library = std::make_unique<WindowLibrary>();
-        m_ids = m_library->addFonts(4);
+        m_ids = m_library->addFonts(fontCount);
     }
 
     void cleanupTestCase() { m_library.reset(); }
@@ -30,7 +31,7 @@ private slots:
         m_window = std::make_unique<KrvFontManagerWindow>(m_library->service());
         m_window->setLocalRecognitionService(QStringLiteral("127.0.0.1:1"));
         m_window->show();
-        QTRY_COMPARE(list()->model()->rowCount(), 4);
+        QTRY_COMPARE(list()->model()->rowCount(), fontCount);
     }
 
     void cleanup() { m_window.reset(); }
@@ -57,6 +58,9 @@ private slots:
         action("actionFontLens")->trigger();
         emit lens()->showFontRequested(m_ids.at(2));
         QTRY_COMPARE(list()->currentFontId(), m_ids.at(2));
+        emit lens()->showFontRequested(m_ids.last());
+        QTRY_COMPARE(list()->currentFontId(), m_ids.last());
+        QTRY_VERIFY(isInView());
 
         sideBar()->selectGroup(SystemFontGroupList::ActiveFonts);
         QTRY_COMPARE(list()->model()->rowCount(), 0);
@@ -64,6 +68,7 @@ private slots:
         QTRY_COMPARE(list()->currentFontId(), m_ids.at(1));
         QCOMPARE(sideBar()->selectedGroupId(), int(SystemFontGroupList::AllFonts));
         QCOMPARE(list()->selectedFontIds(), QList<int>{m_ids.at(1)});
+        QTRY_VERIFY(isInView());
     }
 
     void aFontThatIsGoneIsTold()
@@ -75,6 +80,15 @@ private slots:
     }
 
 private:
+    // More than the list shows at once.
+    static constexpr int fontCount = 60;
+
+    bool isInView() const
+    {
+        const QRect row = list()->visualRect(list()->currentIndex().siblingAtColumn(fonts::FamilyNameColumn));
+        return row.isValid() && list()->viewport()->rect().contains(row.center());
+    }
+
     QAction* action(const char* name) const { return m_window->findChild<QAction*>(QLatin1String(name)); }
     KrvFontsView* list() const { return m_window->findChild<KrvFontsView*>(QStringLiteral("fontsView")); }
     SideBarWidget* sideBar() const { return m_window->findChild<SideBarWidget*>(QStringLiteral("sideBar")); }

@@ -340,7 +340,9 @@ QList<int> KrvFontsView::selectedFontIds() const
 void KrvFontsView::scrollTo(const QModelIndex& index, ScrollHint hint)
 {
     const int column = horizontalScrollBar()->value();
-    QTreeView::scrollTo(index, hint);
+    // An index of a hidden column has no place to scroll to; its row has.
+    const int shown = header()->logicalIndexAt(0);
+    QTreeView::scrollTo(shown >= 0 ? index.siblingAtColumn(shown) : index, hint);
     horizontalScrollBar()->setValue(column);
 }
 
