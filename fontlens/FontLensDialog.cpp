@@ -68,6 +68,7 @@ FontLensDialog::FontLensDialog(QWidget* parent, const QString& localService)
     header->resizeSection(FontLensSimilarFontsModel::StyleColumn, 150);
     m_form->previewWidget->setHasShop(!m_isLocalService);
     m_form->btnShowInLibrary->setVisible(m_isLocalService);
+    m_form->treeView->installEventFilter(this);
     setAcceptDrops(true);
     connectForm();
     addShortcuts();
@@ -131,11 +132,11 @@ void FontLensDialog::done(int result)
     emit closed();
 }
 
-void FontLensDialog::changeEvent(QEvent* event)
+bool FontLensDialog::eventFilter(QObject* watched, QEvent* event)
 {
-    QDialog::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
+    if (watched == m_form->treeView && event->type() == QEvent::PaletteChange)
         m_results->setAppearance(m_form->treeView->palette().color(QPalette::Text), devicePixelRatioF());
+    return QDialog::eventFilter(watched, event);
 }
 
 void FontLensDialog::keyPressEvent(QKeyEvent* event)

@@ -5,6 +5,7 @@
 #include "fontlens/FontLensFontPreviewWidget.h"
 #include "fontlens/FontLensGraphicsView.h"
 #include "fontlens/FontLensSimilarFontsModel.h"
+#include "fontlens/PreviewCellDelegate.h"
 #include "fontlens/SelectedLettersList.h"
 #include "qtService/ui/window/WindowIcons.h"
 
@@ -230,6 +231,7 @@ QWidget* FontLensForm::makeResultsPage()
     treeView->setSelectionMode(QAbstractItemView::SingleSelection);
     treeView->setContextMenuPolicy(Qt::CustomContextMenu);
     treeView->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    treeView->setItemDelegateForColumn(FontLensSimilarFontsModel::PreviewColumn, new PreviewCellDelegate(treeView));
     lblNoResults = new QLabel(tr("No font looks like the selected letters."), treeView->viewport());
     lblNoResults->setObjectName(QStringLiteral("lblNoResults"));
     lblNoResults->setAlignment(Qt::AlignCenter);
