@@ -1,6 +1,7 @@
 #include "fontlens/FontLensForm.h"
 
 #include "fontlens/FontLensBusyIndicator.h"
+#include "fontlens/FontLensDialog.h"
 #include "fontlens/FontLensDropHint.h"
 #include "fontlens/FontLensFontPreviewWidget.h"
 #include "fontlens/FontLensGraphicsView.h"
@@ -57,7 +58,7 @@ QLabel* makeLabel(const QString& text, QWidget* buddy)
 void FontLensForm::setupUi(QDialog* dialog)
 {
     dialog->setObjectName(QStringLiteral("FontLensDialog"));
-    dialog->setWindowTitle(tr("Dialog")); // whoever opens the window names it
+    dialog->setWindowTitle(FontLensDialog::tr("Dialog")); // whoever opens the window names it
     dialog->resize(firstSize);
     makeActions(dialog);
     pages = new QStackedWidget(dialog);
@@ -81,25 +82,27 @@ QList<QAction*> FontLensForm::actions() const
 
 void FontLensForm::makeActions(QDialog* dialog)
 {
-    openImage = makeAction(dialog, "actionOpenImage", tr("Open Image"), "from_image", QKeySequence::Open);
-    openUrl = makeAction(dialog, "actionOpenImageFromURL", tr("Open Image From URL"), "from_url",
+    openImage =
+        makeAction(dialog, "actionOpenImage", FontLensDialog::tr("Open Image"), "from_image", QKeySequence::Open);
+    openUrl = makeAction(dialog, "actionOpenImageFromURL", FontLensDialog::tr("Open Image From URL"), "from_url",
                          QKeySequence(Qt::CTRL | Qt::Key_U));
-    selectLetter = makeAction(dialog, "actionSelectLetter", tr("Select Letter"), "select_letter",
+    selectLetter = makeAction(dialog, "actionSelectLetter", FontLensDialog::tr("Select Letter"), "select_letter",
                               QKeySequence(Qt::CTRL | Qt::Key_1));
-    panImage = makeAction(dialog, "actionPanImage", tr("Pan Image"), "pan_image", QKeySequence(Qt::CTRL | Qt::Key_2));
-    splitLetters = makeAction(dialog, "actionSplitLetters", tr("Split Letters"), "split_letters",
+    panImage = makeAction(dialog, "actionPanImage", FontLensDialog::tr("Pan Image"), "pan_image",
+                          QKeySequence(Qt::CTRL | Qt::Key_2));
+    splitLetters = makeAction(dialog, "actionSplitLetters", FontLensDialog::tr("Split Letters"), "split_letters",
                               QKeySequence(Qt::CTRL | Qt::Key_3));
-    removeSplitters = makeAction(dialog, "actionRemoveSplitters", tr("Remove Splitters"), "deactivate",
+    removeSplitters = makeAction(dialog, "actionRemoveSplitters", FontLensDialog::tr("Remove Splitters"), "deactivate",
                                  QKeySequence(Qt::CTRL | Qt::Key_4));
-    help = makeAction(dialog, "actionHelp", tr("Help"), "help", QKeySequence::HelpContents);
+    help = makeAction(dialog, "actionHelp", FontLensDialog::tr("Help"), "help", QKeySequence::HelpContents);
     tools = new QActionGroup(dialog);
     for (QAction* tool : {selectLetter, panImage, splitLetters}) {
         tool->setCheckable(true);
         tools->addAction(tool);
     }
     selectLetter->setChecked(true);
-    selectLetter->setStatusTip(tr("Click a letter; Shift+Click adds a part to the last one"));
-    splitLetters->setStatusTip(tr("Click along the cut between two letters; a right click ends it"));
+    selectLetter->setStatusTip(FontLensDialog::tr("Click a letter; Shift+Click adds a part to the last one"));
+    splitLetters->setStatusTip(FontLensDialog::tr("Click along the cut between two letters; a right click ends it"));
     tools->setEnabled(false);
     removeSplitters->setVisible(false);
 }
@@ -130,34 +133,34 @@ QWidget* FontLensForm::makeSettings()
     auto* settings = new QWidget;
     cmbSelectionSensitivity = new QComboBox(settings);
     cmbSelectionSensitivity->setObjectName(QStringLiteral("cmbSelectionSensitivity"));
-    cmbSelectionSensitivity->addItem(tr("Low"), 50);
-    cmbSelectionSensitivity->addItem(tr("Normal"), 30);
-    cmbSelectionSensitivity->addItem(tr("High"), 4);
+    cmbSelectionSensitivity->addItem(FontLensDialog::tr("Low"), 50);
+    cmbSelectionSensitivity->addItem(FontLensDialog::tr("Normal"), 30);
+    cmbSelectionSensitivity->addItem(FontLensDialog::tr("High"), 4);
     cmbSelectionSensitivity->setCurrentIndex(1);
-    cmbSelectionSensitivity->setToolTip(tr("How faint a stroke may be and still belong to its letter"));
+    cmbSelectionSensitivity->setToolTip(FontLensDialog::tr("How faint a stroke may be and still belong to its letter"));
     spbRotation = new QSpinBox(settings);
     spbRotation->setObjectName(QStringLiteral("spbRotation"));
     spbRotation->setRange(-360, 360);
     spbRotation->setSuffix(QStringLiteral("\u00b0"));
-    spbRotation->setToolTip(tr("Turn the picture until its letters stand upright; the grid helps"));
+    spbRotation->setToolTip(FontLensDialog::tr("Turn the picture until its letters stand upright; the grid helps"));
     cmbZoom = new QComboBox(settings);
     cmbZoom->setObjectName(QStringLiteral("cmbZoom"));
     for (const double level : zoomLevels)
         cmbZoom->addItem(QStringLiteral("%1%").arg(level), level);
     cmbZoom->setCurrentIndex(cmbZoom->findData(100.0));
-    chkbDisplayGrid = new QCheckBox(tr("Display Grid"), settings);
+    chkbDisplayGrid = new QCheckBox(FontLensDialog::tr("Display Grid"), settings);
     chkbDisplayGrid->setObjectName(QStringLiteral("chkbDisplayGrid"));
 
     auto* row = new QHBoxLayout(settings);
     row->setObjectName(QStringLiteral("horizontalLayoutSettings"));
     row->setContentsMargins(10, 8, 10, 8);
-    row->addWidget(makeLabel(tr("Selection sensitivity:"), cmbSelectionSensitivity));
+    row->addWidget(makeLabel(FontLensDialog::tr("Selection sensitivity:"), cmbSelectionSensitivity));
     row->addWidget(cmbSelectionSensitivity);
     row->addSpacing(14);
-    row->addWidget(makeLabel(tr("Rotation:"), spbRotation));
+    row->addWidget(makeLabel(FontLensDialog::tr("Rotation:"), spbRotation));
     row->addWidget(spbRotation);
     row->addSpacing(14);
-    row->addWidget(makeLabel(tr("Zoom:"), cmbZoom));
+    row->addWidget(makeLabel(FontLensDialog::tr("Zoom:"), cmbZoom));
     row->addWidget(cmbZoom);
     row->addSpacing(14);
     row->addWidget(chkbDisplayGrid);
@@ -171,8 +174,8 @@ QWidget* FontLensForm::makePicturePage()
     page->setObjectName(QStringLiteral("picturePage"));
     view = new FontLensGraphicsView(page);
     view->setObjectName(QStringLiteral("graphicsView"));
-    view->setAccessibleName(tr("Picture"));
-    view->setAccessibleDescription(tr("Click the letters whose font you look for"));
+    view->setAccessibleName(FontLensDialog::tr("Picture"));
+    view->setAccessibleDescription(FontLensDialog::tr("Click the letters whose font you look for"));
     view->setFrameShape(QFrame::NoFrame);
     auto* hintLayout = new QVBoxLayout(view->viewport());
     dropHint = new FontLensDropHint(view->viewport());
@@ -190,10 +193,10 @@ QWidget* FontLensForm::makePicturePage()
     lettersArea->setWidget(selectedLettersList);
     lettersArea->setFixedHeight(selectedLettersList->minimumHeight() +
                                 lettersArea->horizontalScrollBar()->sizeHint().height());
-    btnIdentify = new QPushButton(tr("Identify"), lettersRow);
+    btnIdentify = new QPushButton(FontLensDialog::tr("Identify"), lettersRow);
     btnIdentify->setObjectName(QStringLiteral("btnIdentify"));
     btnIdentify->setShortcut(QKeySequence(Qt::ALT | Qt::Key_I));
-    btnIdentify->setToolTip(tr("Look for the fonts of the selected letters (Enter)"));
+    btnIdentify->setToolTip(FontLensDialog::tr("Look for the fonts of the selected letters (Enter)"));
     btnIdentify->setMinimumSize(120, 36);
     auto* row = new QHBoxLayout(lettersRow);
     row->setContentsMargins(0, 0, 12, 0);
@@ -218,11 +221,11 @@ QWidget* FontLensForm::makeResultsPage()
     page->setObjectName(QStringLiteral("resultsPage"));
     lblLetters = new QLabel(page);
     lblLetters->setObjectName(QStringLiteral("lblLetters"));
-    lblLetters->setAccessibleName(tr("Selected letters"));
+    lblLetters->setAccessibleName(FontLensDialog::tr("Selected letters"));
     lblLetters->setFixedHeight(lettersImageHeight);
     treeView = new QTreeView(page);
     treeView->setObjectName(QStringLiteral("treeView"));
-    treeView->setAccessibleName(tr("Fonts found"));
+    treeView->setAccessibleName(FontLensDialog::tr("Fonts found"));
     treeView->setAlternatingRowColors(true);
     treeView->setIndentation(0);
     treeView->setRootIsDecorated(false);
@@ -232,7 +235,7 @@ QWidget* FontLensForm::makeResultsPage()
     treeView->setContextMenuPolicy(Qt::CustomContextMenu);
     treeView->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     treeView->setItemDelegateForColumn(FontLensSimilarFontsModel::PreviewColumn, new PreviewCellDelegate(treeView));
-    lblNoResults = new QLabel(tr("No font looks like the selected letters."), treeView->viewport());
+    lblNoResults = new QLabel(FontLensDialog::tr("No font looks like the selected letters."), treeView->viewport());
     lblNoResults->setObjectName(QStringLiteral("lblNoResults"));
     lblNoResults->setAlignment(Qt::AlignCenter);
     lblNoResults->setWordWrap(true);
@@ -240,15 +243,15 @@ QWidget* FontLensForm::makeResultsPage()
     hintLayout->addWidget(lblNoResults);
     previewWidget = new FontLensFontPreviewWidget(page);
     previewWidget->setObjectName(QStringLiteral("previewWidget"));
-    btnBack = new QPushButton(tr("Back"), page);
+    btnBack = new QPushButton(FontLensDialog::tr("Back"), page);
     btnBack->setObjectName(QStringLiteral("btnBack"));
     btnBack->setShortcut(QKeySequence(Qt::ALT | Qt::Key_Left));
-    btnBack->setToolTip(tr("Back to the picture (Alt+Left)"));
+    btnBack->setToolTip(FontLensDialog::tr("Back to the picture (Alt+Left)"));
     btnBack->setAutoDefault(false);
-    btnShowInLibrary = new QPushButton(tr("Show in Library"), page);
+    btnShowInLibrary = new QPushButton(FontLensDialog::tr("Show in Library"), page);
     btnShowInLibrary->setObjectName(QStringLiteral("btnShowInLibrary"));
     btnShowInLibrary->setAutoDefault(false);
-    btnShowInLibrary->setToolTip(tr("Select the font in the list of fonts"));
+    btnShowInLibrary->setToolTip(FontLensDialog::tr("Select the font in the list of fonts"));
 
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(btnBack);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QCoreApplication>
+#include <QList>
 
 class FontLensBusyIndicator;
 class FontLensDropHint;
@@ -18,15 +18,13 @@ class QSpinBox;
 class QStackedWidget;
 class QToolBar;
 class QTreeView;
-class QVBoxLayout;
 class QWidget;
+class SelectedLettersList;
 
 // The widgets and actions of the FontLens window, all owned by the dialog they are built for. The header strip stands
 // over both pages: a new picture can be opened from the results as well.
 class FontLensForm
 {
-    Q_DECLARE_TR_FUNCTIONS(FontLensDialog)
-
 public:
     enum Page
     {
@@ -54,7 +52,7 @@ public:
     FontLensGraphicsView* view;
     FontLensDropHint* dropHint;
     QScrollArea* lettersArea;
-    class SelectedLettersList* selectedLettersList;
+    SelectedLettersList* selectedLettersList;
     QPushButton* btnIdentify;
 
     QLabel* lblLetters;

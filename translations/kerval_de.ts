@@ -264,6 +264,14 @@
         <source>Close</source>
         <translation>Schließen</translation>
     </message>
+    <message>
+        <source>Messages</source>
+        <translation type="unfinished">Meldungen</translation>
+    </message>
+    <message>
+        <source>What the service has said since it was started</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>FMSPlainTextMessage</name>
@@ -409,6 +417,22 @@ Sie wurde als &quot;%1&quot; aufgehoben, und Kerval hat mit einer neuen begonnen
     <message>
         <source>Scan finished...</source>
         <translation>Suche beendet...</translation>
+    </message>
+    <message>
+        <source>The file of the font library could not be read.
+It was kept as &quot;%1&quot;. Its fonts come back with the next scan.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file of the font library was made by another version.
+It was kept as &quot;%1&quot;. Its fonts come back with the next scan.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The file of the font library cannot be opened.
+Please check permissions on:
+   &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -604,10 +628,358 @@ Sie wurde als &quot;%1&quot; aufgehoben, und Kerval hat mit einer neuen begonnen
     </message>
 </context>
 <context>
+    <name>FontArchiveImportDialog</name>
+    <message>
+        <source>Unpacking archives...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Unpacking &quot;%1&quot;...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Cancelling...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is no zip archive, or it is damaged.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It would write outside its own folder, or one of its files over another.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It is protected by a password.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its content is damaged.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It would unpack to more than fonts ever do.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is not enough room on the disk.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Its files could not be written.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>It holds no fonts.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>FontExportProgressDialog</name>
     <message>
         <source>The archive &quot;%1&quot; could not be written.</source>
         <translation>Das Archiv &quot;%1&quot; konnte nicht geschrieben werden.</translation>
+    </message>
+</context>
+<context>
+    <name>FontLensBusyIndicator</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>FontLensDialog</name>
+    <message>
+        <source>FontLens - Open Image</source>
+        <translation>FontLens - Bild öffnen</translation>
+    </message>
+    <message>
+        <source>Images (*.png *.jpg *.jpeg *.bmp)</source>
+        <translation>Bilder (*.png *.jpg *.jpeg *.bmp)</translation>
+    </message>
+    <message>
+        <source>FontLens - Open Image From URL</source>
+        <translation>FontLens - Bild von Adresse öffnen</translation>
+    </message>
+    <message>
+        <source>Image URL</source>
+        <translation>Adresse des Bildes</translation>
+    </message>
+    <message>
+        <source>Please enter a valid image URL!</source>
+        <translation>Bitte eine gültige Adresse eines Bildes eingeben!</translation>
+    </message>
+    <message>
+        <source>FontLens - Open Image From File</source>
+        <translation>FontLens - Bild aus Datei öffnen</translation>
+    </message>
+    <message>
+        <source>Please open a valid image file!</source>
+        <translation>Bitte eine gültige Bilddatei öffnen!</translation>
+    </message>
+    <message>
+        <source>Opening the picture...</source>
+        <translation>Bild wird geöffnet...</translation>
+    </message>
+    <message>
+        <source>Downloading the picture...</source>
+        <translation>Bild wird heruntergeladen...</translation>
+    </message>
+    <message>
+        <source>Failed to open the supplied image.
+Please make sure that the image file or URL is valid!</source>
+        <translation>Das Bild konnte nicht geöffnet werden.
+Bitte prüfen, ob die Bilddatei oder die Adresse gültig ist!</translation>
+    </message>
+    <message>
+        <source>FontLens</source>
+        <translation>FontLens</translation>
+    </message>
+    <message>
+        <source>Failed to connect to the Kerval server.
+Please make sure you have a working Internet connection and/or try again later!</source>
+        <translation>Der Kerval-Server ist nicht erreichbar.
+Bitte die Internetverbindung prüfen oder es später noch einmal versuchen!</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>Kerval FontLens helps you identify fonts on images.
+Usage:
+1. Open an image
+2. Click a letter to add it to the identification list
+3. Repeat for several individual letters
+4. Fill in letter boxes
+5. Click on the Identify button
+tip: Shift+Click to build a letter i j</source>
+        <translation>Kerval FontLens hilft, Schriften auf Bildern zu erkennen.
+So geht es:
+1. Ein Bild öffnen
+2. Einen Buchstaben anklicken, um ihn in die Liste aufzunehmen
+3. Für mehrere einzelne Buchstaben wiederholen
+4. In die Felder eintragen, welche Buchstaben es sind
+5. Auf „Erkennen“ klicken
+Tipp: Umschalt+Klick setzt einen Buchstaben wie i oder j zusammen</translation>
+    </message>
+    <message>
+        <source>Cutting out the letter...</source>
+        <translation>Buchstabe wird ausgeschnitten...</translation>
+    </message>
+    <message>
+        <source>Failed to select the letter.</source>
+        <translation>Der Buchstabe konnte nicht ausgewählt werden.</translation>
+    </message>
+    <message>
+        <source>Failed to extend the letter selection.</source>
+        <translation>Der Buchstabe konnte nicht ergänzt werden.</translation>
+    </message>
+    <message>
+        <source>Please open an image first!</source>
+        <translation>Bitte zuerst ein Bild öffnen!</translation>
+    </message>
+    <message>
+        <source>Please select some letters on the image first by clicking on them!</source>
+        <translation>Bitte zuerst einige Buchstaben im Bild anklicken!</translation>
+    </message>
+    <message>
+        <source>Please enter a character for all the selected letters on the image or remove the ones you don&apos;t want to use for font identification!</source>
+        <translation>Bitte zu jedem ausgewählten Buchstaben das Zeichen eingeben oder die entfernen, die nicht verwendet werden sollen!</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>Looking for fonts like these letters...</source>
+        <translation>Schriften mit solchen Buchstaben werden gesucht...</translation>
+    </message>
+    <message>
+        <source>Failed to identify the font based on the selected letters.</source>
+        <translation>Anhand der ausgewählten Buchstaben konnte die Schrift nicht erkannt werden.</translation>
+    </message>
+    <message>
+        <source>Failed to tetrieve preview! Please make sure you have a working Internet connection!</source>
+        <translation>Die Vorschau konnte nicht geladen werden! Bitte die Internetverbindung prüfen!</translation>
+    </message>
+    <message>
+        <source>Dialog</source>
+        <translation>Dialog</translation>
+    </message>
+    <message>
+        <source>Open Image</source>
+        <translation>Bild öffnen</translation>
+    </message>
+    <message>
+        <source>Open Image From URL</source>
+        <translation>Bild von Adresse öffnen</translation>
+    </message>
+    <message>
+        <source>Select Letter</source>
+        <translation>Buchstaben wählen</translation>
+    </message>
+    <message>
+        <source>Pan Image</source>
+        <translation>Bild verschieben</translation>
+    </message>
+    <message>
+        <source>Split Letters</source>
+        <translation>Buchstaben trennen</translation>
+    </message>
+    <message>
+        <source>Remove Splitters</source>
+        <translation>Trennlinien entfernen</translation>
+    </message>
+    <message>
+        <source>Click a letter; Shift+Click adds a part to the last one</source>
+        <translation>Einen Buchstaben anklicken; Umschalt+Klick fügt dem letzten einen Teil hinzu</translation>
+    </message>
+    <message>
+        <source>Click along the cut between two letters; a right click ends it</source>
+        <translation>Entlang des Schnitts zwischen zwei Buchstaben klicken; ein Rechtsklick beendet ihn</translation>
+    </message>
+    <message>
+        <source>Low</source>
+        <translation>Niedrig</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>Hoch</translation>
+    </message>
+    <message>
+        <source>How faint a stroke may be and still belong to its letter</source>
+        <translation>Wie schwach ein Strich sein darf, um noch zum Buchstaben zu gehören</translation>
+    </message>
+    <message>
+        <source>Turn the picture until its letters stand upright; the grid helps</source>
+        <translation>Das Bild drehen, bis die Buchstaben gerade stehen; das Raster hilft dabei</translation>
+    </message>
+    <message>
+        <source>Display Grid</source>
+        <translation>Raster anzeigen</translation>
+    </message>
+    <message>
+        <source>Selection sensitivity:</source>
+        <translation>Empfindlichkeit:</translation>
+    </message>
+    <message>
+        <source>Rotation:</source>
+        <translation>Drehung:</translation>
+    </message>
+    <message>
+        <source>Zoom:</source>
+        <translation>Zoom:</translation>
+    </message>
+    <message>
+        <source>Picture</source>
+        <translation>Bild</translation>
+    </message>
+    <message>
+        <source>Click the letters whose font you look for</source>
+        <translation>Die Buchstaben anklicken, deren Schrift gesucht wird</translation>
+    </message>
+    <message>
+        <source>Identify</source>
+        <translation>Erkennen</translation>
+    </message>
+    <message>
+        <source>Look for the fonts of the selected letters (Enter)</source>
+        <translation>Nach den Schriften der ausgewählten Buchstaben suchen (Eingabe)</translation>
+    </message>
+    <message>
+        <source>Selected letters</source>
+        <translation>Ausgewählte Buchstaben</translation>
+    </message>
+    <message>
+        <source>Fonts found</source>
+        <translation>Gefundene Schriften</translation>
+    </message>
+    <message>
+        <source>No font looks like the selected letters.</source>
+        <translation>Keine Schrift sieht aus wie die ausgewählten Buchstaben.</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Back to the picture (Alt+Left)</source>
+        <translation>Zurück zum Bild (Alt+Links)</translation>
+    </message>
+    <message>
+        <source>Show in Library</source>
+        <translation>In der Bibliothek zeigen</translation>
+    </message>
+    <message>
+        <source>Select the font in the list of fonts</source>
+        <translation>Die Schrift in der Schriftenliste auswählen</translation>
+    </message>
+</context>
+<context>
+    <name>FontLensDropHint</name>
+    <message>
+        <source>Drop a picture with letters here</source>
+        <translation>Ein Bild mit Buchstaben hier ablegen</translation>
+    </message>
+    <message>
+        <source>or paste one with %1, or open a file or a web address</source>
+        <translation>oder mit %1 einfügen, oder eine Datei oder Adresse öffnen</translation>
+    </message>
+</context>
+<context>
+    <name>FontLensFontPreviewWidget</name>
+    <message>
+        <source>Sample text</source>
+        <translation>Beispieltext</translation>
+    </message>
+    <message>
+        <source>Smaller preview</source>
+        <translation>Vorschau verkleinern</translation>
+    </message>
+    <message>
+        <source>Larger preview</source>
+        <translation>Vorschau vergrößern</translation>
+    </message>
+    <message>
+        <source>Preview of the font</source>
+        <translation>Vorschau der Schrift</translation>
+    </message>
+    <message>
+        <source>Buy %1 %2</source>
+        <translation>%1 %2 kaufen</translation>
+    </message>
+    <message>
+        <source>%1px</source>
+        <translation>%1px</translation>
+    </message>
+</context>
+<context>
+    <name>FontLensSimilarFontsModel</name>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Style</source>
+        <translation>Schnitt</translation>
+    </message>
+    <message>
+        <source>Foundry</source>
+        <translation>Schriftgießerei</translation>
     </message>
 </context>
 <context>
@@ -1234,6 +1606,28 @@ Kerval sucht nun die fehlenden Schriften und entfernt sie aus Ihrer Bibliothek.<
         <source>&amp;Help</source>
         <translation>&amp;Hilfe</translation>
     </message>
+    <message>
+        <source>This font is no longer in the library.</source>
+        <translation>Diese Schrift ist nicht mehr in der Bibliothek.</translation>
+    </message>
+    <message>
+        <source>Unpack Archives</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message numerus="yes">
+        <source>... and %n more</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n archive(s) could not be added:</source>
+        <translation type="unfinished">
+            <numerusform></numerusform>
+            <numerusform></numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>KrvFontsModelSearchBox</name>
@@ -1502,6 +1896,37 @@ Kerval sucht nun die fehlenden Schriften und entfernt sie aus Ihrer Bibliothek.<
     </message>
 </context>
 <context>
+    <name>LetterCutter</name>
+    <message>
+        <source>There is no ink here.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no picture, or it is too large.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There are no points, or too many.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A point lies outside of the picture.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The points lie too far from each other.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There are too many cut lines.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What lies here reaches too far to be a letter.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>PreferencesWindow</name>
     <message>
         <source>General</source>
@@ -1556,6 +1981,48 @@ Kerval sucht nun die fehlenden Schriften und entfernt sie aus Ihrer Bibliothek.<
     <message>
         <source>This preview cannot be rendered - missing glyphs</source>
         <translation>Keine Vorschau möglich - es fehlen Zeichen</translation>
+    </message>
+</context>
+<context>
+    <name>SelectedLetterWidget</name>
+    <message>
+        <source>Form</source>
+        <translation>Form</translation>
+    </message>
+    <message>
+        <source>letter:</source>
+        <translation>Zeichen:</translation>
+    </message>
+    <message>
+        <source>Remove this letter (Ctrl+Del)</source>
+        <translation>Diesen Buchstaben entfernen (Strg+Entf)</translation>
+    </message>
+    <message>
+        <source>Remove this letter</source>
+        <translation>Diesen Buchstaben entfernen</translation>
+    </message>
+    <message>
+        <source>Character of letter %1</source>
+        <translation>Zeichen des Buchstabens %1</translation>
+    </message>
+    <message>
+        <source>Type the character that this letter shows</source>
+        <translation>Das Zeichen eingeben, das dieser Buchstabe zeigt</translation>
+    </message>
+</context>
+<context>
+    <name>SelectedLettersList</name>
+    <message>
+        <source>Form</source>
+        <translation>Form</translation>
+    </message>
+    <message>
+        <source>Selected letters</source>
+        <translation>Ausgewählte Buchstaben</translation>
+    </message>
+    <message>
+        <source>Click a letter in the picture to add it here</source>
+        <translation>Einen Buchstaben im Bild anklicken, um ihn hier aufzunehmen</translation>
     </message>
 </context>
 <context>
