@@ -11,6 +11,7 @@
 #include <QVector>
 
 #include <atomic>
+#include <memory>
 
 class FontManagementService;
 class KrvFontRepository;

@@ -10,6 +10,7 @@
 #include <QSharedPointer>
 #include <QTimer>
 
+#include <atomic>
 #include <memory>
 
 class FontManagementService;

@@ -31,6 +31,13 @@ QByteArray hostHeader(const QUrl& url)
     return url.port() < 0 ? host : host + ':' + QByteArray::number(url.port());
 }
 
+// Also from the standard port of HTTP to that of HTTPS, as many a host sends its visitors.
+bool isSameService(const QUrl& from, const QUrl& to)
+{
+    const bool isUpgrade = portOf(from) == 80 && to.scheme() == QLatin1String("https") && portOf(to) == 443;
+    return from.host() == to.host() && (portOf(from) == portOf(to) || isUpgrade);
+}
+
 bool isRedirect(int status)
 {
     return status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
@@ -109,7 +116,7 @@ void PictureDownload::onResolved(const QList<QHostAddress>& addresses)
 
 bool PictureDownload::isWhereTheUserPointed() const
 {
-    return !m_typedUrl.isEmpty() && m_url.host() == m_typedUrl.host() && portOf(m_url) == portOf(m_typedUrl);
+    return !m_typedUrl.isEmpty() && isSameService(m_typedUrl, m_url);
 }
 
 void PictureDownload::requestNext()
@@ -141,11 +148,18 @@ void PictureDownload::requestNext()
         m_addressTimer.start(m_environment.addressMs);
 }
 
+bool PictureDownload::announcesTooMuch(const QNetworkReply& reply) const
+{
+    return reply.header(QNetworkRequest::ContentLengthHeader).toLongLong() > m_environment.bytes;
+}
+
 void PictureDownload::onMetaData()
 {
     m_addressTimer.stop();
-    if (m_reply->header(QNetworkRequest::ContentLengthHeader).toLongLong() > m_environment.bytes)
-        finish(TooLarge);
+    // Later: the reply does not bear being aborted from within this signal.
+    if (announcesTooMuch(*m_reply))
+        QMetaObject::invokeMethod(
+            this, [this] { finish(TooLarge); }, Qt::QueuedConnection);
 }
 
 void PictureDownload::onReadyRead()
@@ -162,17 +176,21 @@ void PictureDownload::onReplyFinished()
     const int status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     const auto error = m_reply->error();
     const QByteArray location = m_reply->rawHeader("Location");
-    if (!isRedirect(status))
+    if (!isRedirect(status) && announcesTooMuch(*m_reply))
+        finish(TooLarge);
+    else if (!isRedirect(status))
         onReadyRead();
     if (m_isFinished)
         return;
     dropReply();
     if (isRedirect(status) && !location.isEmpty()) {
         m_bytes.clear();
-        if (m_redirects == m_environment.redirects)
+        if (m_redirects == m_environment.redirects) {
             finish(NotThere);
-        else
-            ++m_redirects, visit(m_url.resolved(QUrl::fromEncoded(location)));
+            return;
+        }
+        ++m_redirects;
+        visit(m_url.resolved(QUrl::fromEncoded(location)));
     } else if (status == 0) {
         m_bytes.clear();
         if (m_addresses.isEmpty())

@@ -32,7 +32,7 @@ struct DownloadEnvironment
 // Fetches one address over HTTP. Every hop is resolved here and the connection goes to the very address that was looked
 // at, so that a name cannot point elsewhere the next time it is asked; of a name's addresses only public ones are used.
 // When the user has typed the address, it is followed wherever it leads, and so are redirects that stay on that host
-// and port; for any other host the rule holds again.
+// and port (or go on to its HTTPS); for any other host the rule holds again.
 //
 // No proxy is used (it would resolve names by itself), no cookies and no passwords go out. Main thread; dropping it
 // ends the download.
@@ -72,6 +72,7 @@ private:
     void onReplyFinished();
     void onAddressTimeout();
     void dropReply();
+    bool announcesTooMuch(const QNetworkReply& reply) const;
     void finish(Outcome outcome);
     bool isWhereTheUserPointed() const;
 

@@ -2,10 +2,16 @@
 #include "fontlens/recognizer/PictureDownload.h"
 #include "tests/fontlens/recognition/ScriptedRecognitionServer.h"
 #include "tests/support/testregistry.h"
+#include "tests/support/testtree.h"
 
 #include <QMap>
 #include <QNetworkInterface>
 #include <QSignalSpy>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QSslKey>
+#include <QSslSocket>
+#include <QTcpServer>
 #include <QtTest>
 
 using kerval::recognizer::DownloadEnvironment;
@@ -41,6 +47,30 @@ class TestPictureDownload : public QObject
         bool isSilent = false;
     };
 
+    struct TlsServer : QTcpServer
+    {
+        TlsServer(const QSslCertificate& certificate, const QSslKey& key)
+            : m_certificate(certificate)
+            , m_key(key)
+        {
+            listen(QHostAddress::LocalHost);
+        }
+        void incomingConnection(qintptr descriptor) override
+        {
+            auto* socket = new QSslSocket(this);
+            socket->setSocketDescriptor(descriptor);
+            socket->setLocalCertificate(m_certificate);
+            socket->setPrivateKey(m_key);
+            QObject::connect(socket, &QSslSocket::readyRead, socket, [socket] {
+                if (socket->readAll().endsWith("\r\n\r\n"))
+                    socket->write("HTTP/1.1 200 OK\r\nContent-Length: 6\r\n\r\nsealed");
+            });
+            socket->startServerEncryption();
+        }
+        const QSslCertificate m_certificate;
+        const QSslKey m_key;
+    };
+
     std::unique_ptr<ScriptedRecognitionServer> m_server;
     std::shared_ptr<Names> m_names;
     DownloadEnvironment m_environment;
@@ -69,6 +99,7 @@ class TestPictureDownload : public QObject
     }
 
 private slots:
+    void initTestCase() { qRegisterMetaType<PictureDownload::Outcome>(); }
     void init()
     {
         m_server = std::make_unique<ScriptedRecognitionServer>();
@@ -274,6 +305,30 @@ private slots:
         QCOMPARE(fetch(url(QStringLiteral("many.example"))), PictureDownload::Done);
         m_names->addresses[QStringLiteral("many.example")] = {inside, dead};
         QCOMPARE(fetch(url(QStringLiteral("many.example"))), PictureDownload::Unreachable);
+    }
+
+    // The connection goes to a number, the certificate is held against the name.
+    void certificatesAreCheckedAgainstTheName()
+    {
+        const auto files = kerval::testing::readFile(QStringLiteral(KERVAL_SOURCE_DIR "/tests/data/out.example.pem"));
+        const QSslCertificate certificate(files);
+        QVERIFY(!certificate.isNull());
+        TlsServer server(certificate, QSslKey(files, QSsl::Ec));
+        const auto address = [&server](const char* host) {
+            return QUrl(QStringLiteral("https://%1:%2/").arg(QLatin1String(host)).arg(server.serverPort()));
+        };
+        QCOMPARE(fetch(address("out.example")), PictureDownload::Unreachable); // signed by nobody we know
+
+        const QSslConfiguration before = QSslConfiguration::defaultConfiguration();
+        QSslConfiguration trusting = before;
+        trusting.setCaCertificates({certificate});
+        QSslConfiguration::setDefaultConfiguration(trusting);
+        m_names->addresses[QStringLiteral("other.example")] = m_names->addresses.value(QStringLiteral("out.example"));
+        QCOMPARE(fetch(address("out.example")), PictureDownload::Done);
+        QCOMPARE(m_bytes, QByteArray("sealed"));
+        QCOMPARE(fetch(address("other.example")), PictureDownload::Unreachable);
+        QCOMPARE(fetch(address("127.0.0.1")), PictureDownload::Unreachable);
+        QSslConfiguration::setDefaultConfiguration(before);
     }
 
     void answersAreBounded_data()
