@@ -15,6 +15,7 @@ public:
         QSet<QString> cuts;
         QSet<QString> redrawn;
         QSet<QString> alike;
+        QSet<QString> kin;
         bool heldOut = false;
     };
 
@@ -24,7 +25,7 @@ public:
 private:
     struct Rule
     {
-        QString kind; // "class", "cut", "redrawn" or "alike"
+        QString kind; // "class", "cut", "redrawn", "alike" or "kin"
         QString name;
         QString pattern;
     };

@@ -1,5 +1,7 @@
 #include "helpers/findsimilar/SimilarityMethods.h"
 
+#include <algorithm>
+
 #include "helpers/findsimilar/Harmony.h"
 #include "helpers/findsimilar/SmartChoice.h"
 
@@ -7,8 +9,10 @@ namespace kerval::helpers {
 
 namespace {
 
-// A face of another class is a little further away than its few letters show: the class was judged by all of them.
-constexpr double kOtherClass = 0.1;
+// A face of another class is further away than its few letters show: the class was judged by all of them. Looks this
+// near outweigh the judgement step by step: copies and cuts of one design that were judged differently stay neighbours.
+constexpr double kOtherClass = 0.2;
+constexpr float kNearLooks = 0.2F;
 
 std::vector<Match> similarFaces(const FeatureFolder& folder, const SimilarityQuery& query)
 {
@@ -17,8 +21,9 @@ std::vector<Match> similarFaces(const FeatureFolder& folder, const SimilarityQue
     std::vector<Match> matches;
     matches.reserve(distances.size());
     for (int font = 0; font < folder.count(); ++font) {
-        const double other = folder.className(font) == kind ? 0 : kOtherClass;
-        matches.push_back({font, distances[static_cast<std::size_t>(font)] + other});
+        const float looks = distances[static_cast<std::size_t>(font)];
+        const double other = folder.className(font) == kind ? 0 : kOtherClass * std::min(1.0F, looks / kNearLooks);
+        matches.push_back({font, looks + other});
     }
     // Equal copies of the face are at 0 as well, and the face itself still comes first. It is at 0 without any letter.
     const auto self = static_cast<std::size_t>(query.font);
