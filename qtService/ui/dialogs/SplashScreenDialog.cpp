@@ -10,6 +10,7 @@ SplashScreenDialog::SplashScreenDialog(QWidget* parent)
     : QDialog(parent, Qt::SplashScreen)
 {
     setObjectName(QStringLiteral("SplashScreenDialog"));
+    setWindowTitle(QStringLiteral("Kerval"));
     const bool dense = devicePixelRatioF() > 1;
     QPixmap pixmap(dense ? QStringLiteral(":/icons/kerval_trans2x.png") : QStringLiteral(":/icons/kerval_trans.png"));
     pixmap.setDevicePixelRatio(dense ? 2 : 1);

@@ -12,6 +12,7 @@ UpdateCheckDialog::UpdateCheckDialog(UpdateCheckCommandPtr command, QWidget* par
     , m_command(std::move(command))
 {
     setupUi(tr("Kerval - Check for Updates"));
+    m_label->setText(tr("Checking for updates..."));
     if (m_command)
         connect(m_command.data(), &AbstractAsynchronousCommand::stateChanged, this,
                 &UpdateCheckDialog::onUpdateCheckCommandStateChanged);
@@ -92,7 +93,6 @@ int UpdateCheckDialog::exec()
         showOutcome();
         return QDialog::exec();
     }
-    m_label->setText(tr("Checking for updates..."));
     m_bar->show();
     m_close->hide();
     m_cancel->show();

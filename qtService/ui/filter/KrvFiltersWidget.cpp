@@ -74,6 +74,7 @@ void KrvFiltersWidget::setupUi()
     layout->setObjectName(QStringLiteral("verticalLayout"));
     m_tabs = new QTabWidget(this);
     m_tabs->setObjectName(QStringLiteral("tabWidget"));
+    m_tabs->setAccessibleName(tr("Filters"));
     m_tabs->setDocumentMode(true);
     layout->addWidget(m_tabs);
 

@@ -262,10 +262,14 @@ FindMathingFontsCommandPtr KrvFontsViewModelPrivate::reloadFonts(FontGroupPtr fo
     return m_command;
 }
 
-void KrvFontsViewModelPrivate::onFindMathchingFontsStateChanged(AbstractAsynchronousCommand::State state)
+void KrvFontsViewModelPrivate::onFindMathchingFontsStateChanged(AbstractAsynchronousCommand::State)
 {
-    // A queued word of a command that was dropped meanwhile is none of ours any more.
-    if (state == AbstractAsynchronousCommand::Running || !m_command || sender() != m_command.data())
+    // A queued word of a command that was dropped meanwhile is none of ours any more. Its sender is no proof: the next
+    // command may lie where the dropped one was. The command itself knows whether it has ended.
+    if (!m_command || sender() != m_command.data())
+        return;
+    const AbstractAsynchronousCommand::State state = m_command->state();
+    if (state < AbstractAsynchronousCommand::Finished)
         return;
     const FindMathingFontsCommandPtr command = m_command;
     m_command->disconnect(this);

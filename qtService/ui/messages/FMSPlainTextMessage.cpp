@@ -15,6 +15,7 @@ FMSPlainTextMessage::FMSPlainTextMessage(QWidget* parent)
     m_text = new QPlainTextEdit(this);
     m_text->setObjectName(QStringLiteral("ed_msg"));
     m_text->setReadOnly(true);
+    m_text->setAccessibleName(tr("Messages"));
     m_text->setTabChangesFocus(true);
     m_refresh = new QPushButton(tr("Refresh"), this);
     m_refresh->setObjectName(QStringLiteral("btn_refresh"));
