@@ -8,18 +8,32 @@
 #include <QDir>
 #include <QtTest>
 
+namespace {
+
+// One for the whole process: what looks after the system's fonts lives as long and would fall back to the machine's own
+// when its configuration vanished.
+void provideFontconfig()
+{
+    static const QTemporaryDir folder;
+    const QByteArray root = QFile::encodeName(folder.path());
+    if (qgetenv("FONTCONFIG_FILE") == root + "/fonts.conf")
+        return;
+    kerval::testing::writeFile(
+        folder.filePath(QStringLiteral("fonts.conf")),
+        "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"urn:fontconfig:fonts.dtd\"><fontconfig><dir>" + root +
+            "/sys</dir><dir>" + qgetenv("XDG_DATA_HOME") + "/fonts</dir><cachedir>" + root +
+            "/cache</cachedir><include ignore_missing=\"yes\">" + qgetenv("XDG_CONFIG_HOME") +
+            "/fontconfig/conf.d</include></fontconfig>");
+    qputenv("FONTCONFIG_FILE", root + "/fonts.conf");
+}
+
+} // namespace
+
 WindowLibrary::WindowLibrary()
 {
-    using kerval::testing::writeFile;
     QDir(krv::userSettingsFolder()).removeRecursively();
     QDir(m_folder.path()).mkpath(QStringLiteral("fonts"));
-    const QByteArray root = QFile::encodeName(m_folder.path());
-    writeFile(m_folder.filePath(QStringLiteral("fonts.conf")),
-              "<?xml version=\"1.0\"?><!DOCTYPE fontconfig SYSTEM \"urn:fontconfig:fonts.dtd\"><fontconfig><dir>" +
-                  root + "/sys</dir><dir>" + qgetenv("XDG_DATA_HOME") + "/fonts</dir><cachedir>" + root +
-                  "/cache</cachedir><include ignore_missing=\"yes\">" + qgetenv("XDG_CONFIG_HOME") +
-                  "/fontconfig/conf.d</include></fontconfig>");
-    qputenv("FONTCONFIG_FILE", root + "/fonts.conf");
+    provideFontconfig();
     m_service = QSharedPointer<FontManagementService>::create();
     start();
 }
