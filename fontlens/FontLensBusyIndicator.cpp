@@ -10,6 +10,7 @@
 namespace {
 
 constexpr int indicatorEdge = 28;
+constexpr int patienceMs = 150;
 
 } // namespace
 
@@ -32,6 +33,9 @@ FontLensBusyIndicator::FontLensBusyIndicator(QWidget* parent)
     layout->addWidget(m_cancel);
     connect(m_cancel, &QPushButton::clicked, this, &FontLensBusyIndicator::cancelled);
     hide();
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(patienceMs);
+    connect(&m_patience, &QTimer::timeout, this, &QWidget::show);
 }
 
 void FontLensBusyIndicator::start(const QString& text)
@@ -41,13 +45,14 @@ void FontLensBusyIndicator::start(const QString& text)
     setAccessibleName(text);
     m_indicator->startAnimation();
     centreIn(m_area);
-    show();
     raise();
+    m_patience.start();
 }
 
 void FontLensBusyIndicator::stop()
 {
     m_busy = false;
+    m_patience.stop();
     m_indicator->stopAnimation();
     hide();
 }

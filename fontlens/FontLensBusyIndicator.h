@@ -1,12 +1,14 @@
 #pragma once
 
+#include <QTimer>
 #include <QWidget>
 
 class QLabel;
 class QProgressIndicator;
 class QPushButton;
 
-// Tells over the picture that an answer is awaited, what for, and lets the user stop waiting. Hidden while idle.
+// Tells over the picture that an answer is awaited, what for, and lets the user stop waiting. Hidden while idle, and
+// for the first moment of every wait: most answers come within it.
 class FontLensBusyIndicator : public QWidget
 {
     Q_OBJECT
@@ -28,6 +30,7 @@ protected:
 
 private:
     bool m_busy = false;
+    QTimer m_patience;
     QRect m_area;
     QProgressIndicator* m_indicator;
     QLabel* m_text;

@@ -246,7 +246,6 @@ void FontLensDialog::adoptSession(const SessionPtr& session)
     m_session = session;
     onClearSplitters();
     m_scene->setPicture(QPixmap::fromImage(session->sourceImage()));
-    m_form->dropHint->hide();
     showPage(FontLensForm::PicturePage);
     fitPicture();
     m_form->view->centerOn(m_scene->sceneRect().center());
@@ -272,6 +271,7 @@ void FontLensDialog::setAwaiting(const QString& text)
         placeBusyIndicator();
         m_form->busyIndicator->start(text);
     }
+    m_form->dropHint->setVisible(idle && !m_session);
     const QList<QAction*> actions = m_form->actions();
     for (QAction* action : actions)
         action->setEnabled(idle);

@@ -135,7 +135,8 @@ ImageReplyPtr FontRecognizerClient::selectLetter(const QString& imageId, const Q
     return startImageJob(get(m_urls.moduleScript, query));
 }
 
-ImageReplyPtr FontRecognizerClient::renderPreview(int fontId, int size, const QString& text)
+ImageReplyPtr FontRecognizerClient::renderPreview(int fontId, int size, const QString& text,
+                                                  QNetworkRequest::Priority priority)
 {
     QUrlQuery query;
     addItem(query, QLatin1String("type"), QStringLiteral("1"));
@@ -145,7 +146,7 @@ ImageReplyPtr FontRecognizerClient::renderPreview(int fontId, int size, const QS
     addItem(query, QLatin1String("size"), QString::number(size));
     const auto reply = makeReply<ImageReply>();
     reply->setImageId(QString::number(fontId));
-    reply->bind(get(m_urls.moduleScript, query));
+    reply->bind(get(m_urls.moduleScript, query, priority));
     return reply;
 }
 
@@ -183,11 +184,13 @@ QNetworkReply* FontRecognizerClient::getImage(const QString& imageId)
     return get(m_urls.moduleScript, query);
 }
 
-QNetworkReply* FontRecognizerClient::get(const QString& url, const QUrlQuery& query)
+QNetworkReply* FontRecognizerClient::get(const QString& url, const QUrlQuery& query, QNetworkRequest::Priority priority)
 {
     QUrl target(url);
     target.setQuery(query);
-    return m_network->get(QNetworkRequest(target));
+    QNetworkRequest request(target);
+    request.setPriority(priority);
+    return m_network->get(request);
 }
 
 ImageReplyPtr FontRecognizerClient::startImageJob(QNetworkReply* request)

@@ -10,6 +10,7 @@
 #include <QHash>
 #include <QList>
 #include <QNetworkAccessManager>
+#include <QNetworkRequest>
 #include <QObject>
 #include <QPair>
 #include <QPoint>
@@ -46,8 +47,10 @@ public:
     // sensitive; splitters are lines that cut letters apart.
     ImageReplyPtr selectLetter(const QString& imageId, const QList<QPoint>& points, int angle, int threshold,
                                const QList<QPolygon>& splitters);
-    // The reply's image id is the font's id in decimal. Size in pixels.
-    ImageReplyPtr renderPreview(int fontId, int size, const QString& text);
+    // The reply's image id is the font's id in decimal. Size in pixels. A whole list of previews goes with normal
+    // priority, for what the user waits for goes before it.
+    ImageReplyPtr renderPreview(int fontId, int size, const QString& text,
+                                QNetworkRequest::Priority priority = QNetworkRequest::HighPriority);
     FontListReplyPtr findSimilarFonts(const QList<LetterImage>& letters);
     FontStoreUrlReplyPtr getFontStoreUrl(int fontId);
 
@@ -63,7 +66,8 @@ private:
 
     ImageReplyPtr startImageJob(QNetworkReply* request);
     QNetworkReply* getImage(const QString& imageId);
-    QNetworkReply* get(const QString& url, const QUrlQuery& query);
+    QNetworkReply* get(const QString& url, const QUrlQuery& query,
+                       QNetworkRequest::Priority priority = QNetworkRequest::HighPriority);
 
     RecognitionUrls m_urls;
     QNetworkAccessManager* m_network;

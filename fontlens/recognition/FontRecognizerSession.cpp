@@ -83,7 +83,8 @@ void FontRecognizerSession::findSimilarFonts()
 
 void FontRecognizerSession::renderPreview(int fontId, int size)
 {
-    follow(m_client->renderPreview(fontId, size, m_previewText), &FontRecognizerSession::onPreviewRendered);
+    follow(m_client->renderPreview(fontId, size, m_previewText, QNetworkRequest::NormalPriority),
+           &FontRecognizerSession::onPreviewRendered);
 }
 
 void FontRecognizerSession::renderCustomPreview(int fontId, int size, const QString& text)

@@ -74,12 +74,15 @@ private slots:
             QVERIFY2(!m_lens->find<QPushButton>(name)->isEnabled(), name);
         QVERIFY(!m_lens->find<QComboBox>("cmbSelectionSensitivity")->isEnabled());
         const QWidget* indicator = m_lens->find<QWidget>("busyIndicator");
+        QTRY_VERIFY(indicator->isVisible());
+        QVERIFY(!m_lens->find<QWidget>("dropHint")->isVisible());
         m_lens->dialog()->resize(700, 600);
         const auto centreOf = [](const QWidget* widget) { return widget->mapToGlobal(widget->rect().center()); };
         QTRY_VERIFY((centreOf(indicator) - centreOf(view()->viewport())).manhattanLength() <= 2);
 
         QTest::keyClick(m_lens->dialog(), Qt::Key_Escape); // stops waiting
         QVERIFY(!m_lens->isBusy());
+        QVERIFY(!indicator->isVisible());
         QVERIFY(m_lens->dialog()->isVisible());
         QVERIFY(m_lens->find<QPushButton>("btnIdentify")->isEnabled());
         QVERIFY(!m_lens->action("actionSelectLetter")->isEnabled());

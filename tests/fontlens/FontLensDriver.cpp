@@ -45,7 +45,7 @@ QWidget* FontLensDriver::viewport() const
 
 bool FontLensDriver::isBusy() const
 {
-    return find<FontLensBusyIndicator>("busyIndicator")->isVisible();
+    return find<FontLensBusyIndicator>("busyIndicator")->isBusy();
 }
 
 int FontLensDriver::page() const

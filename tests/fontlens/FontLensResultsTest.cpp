@@ -95,6 +95,23 @@ private slots:
         QCOMPARE(m_lens->service().count("GetBuyFontLinks"), links);
     }
 
+    // A long list asks for many previews at once; the large one of the chosen font does not stand in their queue.
+    void theChosenFontsPreviewComesFirst()
+    {
+        open();
+        QByteArray list;
+        for (int id = 1; id <= 60; ++id)
+            list += "<F>" + QByteArray::number(id) + "</F><D>" + QByteArray::number(id) + "</D>";
+        m_lens->service().answer("ocrsim", ScriptedRecognitionServer::page("<fonts>" + list + "</fonts>"));
+        identify();
+        QTRY_COMPARE(m_lens->service().count("render"), 61);
+        const QList<QUrlQuery> previews = m_lens->service().queries("render");
+        int large = 0;
+        while (previews.at(large).queryItemValue(QStringLiteral("size")) != QLatin1String("48"))
+            ++large;
+        QVERIFY2(large < 15, qPrintable(QString::number(large)));
+    }
+
     // What arrives for a font that the user has left shows nothing.
     void lateAnswersAreNotShown()
     {
