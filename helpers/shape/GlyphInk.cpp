@@ -1,7 +1,7 @@
 #include "helpers/shape/GlyphInk.h"
 
 #include <algorithm>
-#include <cmath>
+#include <vector>
 
 namespace krv {
 
@@ -18,79 +18,79 @@ GlyphInk::GlyphInk(const GlyphCoverage& coverage)
         return;
     }
     crop(coverage);
-    if (m_columns > 0) {
+    if (m_grid.columns() > 0) {
         findBox();
     }
 }
 
 void GlyphInk::crop(const GlyphCoverage& coverage)
 {
-    int first = coverage.width;
-    int last = -1;
-    int top = -1;
-    int bottom = -1;
-    for (int y = 0; y < coverage.height; ++y) {
-        const std::uint8_t* line = coverage.pixels + static_cast<std::ptrdiff_t>(y) * coverage.stride;
-        int left = 0;
-        while (left < coverage.width && line[left] < kFaintest) {
-            ++left;
-        }
-        if (left == coverage.width) {
-            continue;
-        }
-        int right = coverage.width - 1;
-        while (line[right] < kFaintest) {
-            --right;
-        }
-        first = std::min(first, left);
-        last = std::max(last, right);
-        top = top < 0 ? y : top;
-        bottom = y;
+    const auto line = [&coverage](int y) { return coverage.pixels + static_cast<std::ptrdiff_t>(y) * coverage.stride; };
+    const auto isInk = [](std::uint8_t pixel) { return pixel >= kFaintest; };
+    const auto hasInk = [&](int y) { return std::any_of(line(y), line(y) + coverage.width, isInk); };
+    int top = 0;
+    while (top < coverage.height && !hasInk(top)) {
+        ++top;
     }
-    if (last < 0) {
+    if (top == coverage.height) {
         return;
     }
-    const int width = last - first + 1;
+    int bottom = coverage.height - 1;
+    while (!hasInk(bottom)) {
+        --bottom;
+    }
+    std::vector<std::uint8_t> darkest(line(top), line(top) + coverage.width);
+    for (int y = top + 1; y <= bottom; ++y) {
+        std::transform(darkest.begin(), darkest.end(), line(y), darkest.begin(),
+                       [](std::uint8_t one, std::uint8_t other) { return std::max(one, other); });
+    }
+    const auto first = static_cast<int>(std::find_if(darkest.begin(), darkest.end(), isInk) - darkest.begin());
+    const auto behind = static_cast<int>(darkest.rend() - std::find_if(darkest.rbegin(), darkest.rend(), isInk));
+    const int width = behind - first;
     const int height = bottom - top + 1;
     const int step = (std::max(width, height) + kMaximalSide - 1) / kMaximalSide;
     m_scale = static_cast<float>(step);
-    m_columns = (width + step - 1) / step;
-    m_rows = (height + step - 1) / step;
-    m_stride = static_cast<std::size_t>(m_columns) + 2;
-    m_ink.assign(m_stride * (static_cast<std::size_t>(m_rows) + 2), 0.0F);
-    const float unit = 1.0F / (255.0F * step * step);
-    for (int y = 0; y < height; ++y) {
-        const std::uint8_t* line = coverage.pixels + static_cast<std::ptrdiff_t>(y + top) * coverage.stride + first;
-        float* target = &m_ink[static_cast<std::size_t>(y / step + 1) * m_stride + 1];
-        if (step == 1) {
-            for (int x = 0; x < width; ++x) {
-                target[x] = line[x] * unit;
-            }
-        } else {
-            for (int x = 0; x < width; ++x) {
-                target[x / step] += line[x] * unit;
-            }
-        }
-    }
     m_coverageLeft = static_cast<float>(first);
     m_coverageTop = static_cast<float>(top);
+    m_grid = InkGrid((width + step - 1) / step, (height + step - 1) / step);
+    if (step == 1) {
+        for (int y = 0; y < height; ++y) {
+            std::copy_n(line(y + top) + first, width, m_grid.row(y));
+        }
+        return;
+    }
+    std::vector<std::uint64_t> sums;
+    for (int y = 0; y < m_grid.rows(); ++y) {
+        sums.assign(static_cast<std::size_t>(m_grid.columns()), 0);
+        for (int inner = y * step; inner < std::min((y + 1) * step, height); ++inner) {
+            const std::uint8_t* pixels = line(inner + top) + first;
+            for (int x = 0; x < width; ++x) {
+                sums[static_cast<std::size_t>(x / step)] += pixels[x];
+            }
+        }
+        const auto area = static_cast<std::uint64_t>(step) * static_cast<std::uint64_t>(step);
+        std::transform(sums.begin(), sums.end(), m_grid.row(y),
+                       [area](std::uint64_t sum) { return static_cast<std::uint8_t>((sum + area / 2) / area); });
+    }
 }
 
 // A border row that is grey at its darkest is only partly inside the glyph: its share tells where the outline ends.
 void GlyphInk::findBox()
 {
-    float leftShare = 0;
-    float rightShare = 0;
-    for (int y = 0; y < m_rows; ++y) {
-        leftShare = std::max(leftShare, row(y)[0]);
-        rightShare = std::max(rightShare, row(y)[m_columns - 1]);
+    std::uint8_t left = 0;
+    std::uint8_t right = 0;
+    const int columns = m_grid.columns();
+    const int rows = m_grid.rows();
+    for (int y = 0; y < rows; ++y) {
+        left = std::max(left, m_grid.row(y)[0]);
+        right = std::max(right, m_grid.row(y)[columns - 1]);
     }
-    const float topShare = *std::max_element(row(0), row(0) + m_columns);
-    const float bottomShare = *std::max_element(row(m_rows - 1), row(m_rows - 1) + m_columns);
-    m_left = 1 - std::min(leftShare, 1.0F);
-    m_top = 1 - std::min(topShare, 1.0F);
-    m_width = static_cast<float>(m_columns) - m_left - (1 - std::min(rightShare, 1.0F));
-    m_height = static_cast<float>(m_rows) - m_top - (1 - std::min(bottomShare, 1.0F));
+    const std::uint8_t top = *std::max_element(m_grid.row(0), m_grid.row(0) + columns);
+    const std::uint8_t bottom = *std::max_element(m_grid.row(rows - 1), m_grid.row(rows - 1) + columns);
+    m_left = 1 - left * InkGrid::kUnit;
+    m_top = 1 - top * InkGrid::kUnit;
+    m_width = static_cast<float>(columns) - m_left - (1 - right * InkGrid::kUnit);
+    m_height = static_cast<float>(rows) - m_top - (1 - bottom * InkGrid::kUnit);
     m_width = std::max(m_width, 0.5F);
     m_height = std::max(m_height, 0.5F);
     m_empty = false;

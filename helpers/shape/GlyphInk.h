@@ -1,30 +1,23 @@
 #pragma once
 
-#include <vector>
-
 #include "helpers/shape/GlyphFeatures.h"
+#include "helpers/shape/InkGrid.h"
 
 namespace krv {
 
-// The ink of one glyph, cropped, as numbers from 0 to 1, and the lengths measured on it. Lengths are in pixels and have
-// sub-pixel accuracy: a grey pixel counts for its share, so that a hairline keeps its width at any size.
+// The ink of one glyph, cropped, and the lengths measured on it. Lengths are in pixels and have sub-pixel accuracy: a
+// grey pixel counts for its share, so that a hairline keeps its width at any size.
 class GlyphInk
 {
 public:
     // Larger coverages are averaged down to this, so that the work for one glyph is bounded.
-    static constexpr int kMaximalSide = 256;
+    static constexpr int kMaximalSide = InkGrid::kMaximalSide;
 
     explicit GlyphInk(const GlyphCoverage& coverage);
 
     bool isEmpty() const { return m_empty; }
 
-    // Pixel grid of the cropped ink, with one column and row of zeros on every side.
-    int columns() const { return m_columns; }
-    int rows() const { return m_rows; }
-    const float* row(int y) const
-    {
-        return &m_ink[static_cast<std::size_t>(y + 1) * m_stride + 1];
-    } // y from -1 to rows()
+    const InkGrid& grid() const { return m_grid; }
 
     // The ink's box with fractions, relative to the coverage that was given (in its pixels) and to the grid.
     float boxLeft() const { return m_left; }
@@ -39,10 +32,7 @@ private:
     void crop(const GlyphCoverage& coverage);
     void findBox();
 
-    std::vector<float> m_ink;
-    std::size_t m_stride = 0;
-    int m_columns = 0;
-    int m_rows = 0;
+    InkGrid m_grid;
     float m_left = 0;
     float m_top = 0;
     float m_width = 0;
