@@ -8,7 +8,11 @@ namespace krv {
 
 bool InkBits::operator==(const InkBits& other) const
 {
-    return m_used == other.m_used && std::equal(m_words.data(), m_words.data() + m_used, other.m_words.data());
+    std::uint64_t different = m_used ^ other.m_used;
+    for (std::size_t word = 0; word < m_used; ++word) {
+        different |= m_words[word] ^ other.m_words[word];
+    }
+    return different == 0;
 }
 
 void InkBits::set(const std::uint8_t* row, int length, int darkness, InkBits& bits, int moreDarkness,

@@ -4,17 +4,19 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 
 #include "helpers/shape/GlyphInk.h"
 #include "helpers/shape/GlyphMeasures.h"
 #include "helpers/shape/HalfWaves.h"
 #include "helpers/shape/PixelBlock.h"
+#include "helpers/shape/VectorClones.h"
 
 namespace krv {
 
 namespace {
 
-constexpr int kFaintestEdge = 13; // square of the steps of grey: what is below is noise
+constexpr float kFaintestEdge = 27; // square of half steps of grey: below it is noise
 
 // The corners between pixels that the outline passes, packed, with their waves: few of them do, and what follows costs
 // most by the corner.
@@ -33,16 +35,13 @@ public:
                                    PixelBlock(upper + x).differing(PixelBlock(lower + x - 1));
             for (; passed != 0; passed &= passed - 1) {
                 const int place = x + __builtin_ctzll(passed);
-                const int falling = lower[place] - upper[place - 1];
-                const int rising = upper[place] - lower[place - 1];
-                m_x[count] = static_cast<std::int16_t>(falling + rising);
-                m_y[count] = static_cast<std::int16_t>(falling - rising);
+                std::memcpy(&m_upper[count], upper + place - 1, 2);
+                std::memcpy(&m_lower[count], lower + place - 1, 2);
                 m_across[count] = across[static_cast<std::size_t>(place)];
-                count += falling * falling + rising * rising > kFaintestEdge ? 1 : 0;
+                m_down[count] = wave;
+                ++count;
             }
         }
-        std::fill(m_down.begin() + static_cast<std::ptrdiff_t>(m_count),
-                  m_down.begin() + static_cast<std::ptrdiff_t>(count), wave);
         m_count = count;
     }
 
@@ -53,12 +52,13 @@ private:
     static constexpr std::size_t kMost = 1024;
 
     std::size_t m_count = 0;
-    std::array<std::int16_t, kMost> m_x; // of the gradient, in half steps of grey
-    std::array<std::int16_t, kMost> m_y;
+    std::array<std::uint16_t, kMost> m_upper; // two pixels each, the left one in the low byte
+    std::array<std::uint16_t, kMost> m_lower;
     std::array<float, kMost> m_across;
     std::array<float, kMost> m_down;
 };
 
+KRV_VECTOR_CLONES
 void PassedCorners::addUp(GlyphMeasures& sums, float& slantWeight)
 {
     float length = 0;
@@ -73,11 +73,13 @@ void PassedCorners::addUp(GlyphMeasures& sums, float& slantWeight)
                                sin2Across, sin2Across2, sin2Down, sin2Down2, sin2AcrossDown2, cos4Sum, cos4Down,       \
                                cos4Both, sin4Sum, sin4Across, sin4Down, sin4Both, cos6Sum, sin6Sum)
     for (std::size_t i = 0; i < m_count; ++i) {
-        const float x = m_x[i];
-        const float y = m_y[i];
+        const int falling = (m_lower[i] >> 8) - (m_upper[i] & 0xFF);
+        const int rising = (m_upper[i] >> 8) - (m_lower[i] & 0xFF);
+        const auto x = static_cast<float>(falling + rising); // the gradient in half steps of grey
+        const auto y = static_cast<float>(falling - rising);
         const float square = x * x + y * y;
-        const float strength = std::sqrt(square);
-        const float inverse = 1 / square;
+        const float strength = square > kFaintestEdge ? std::sqrt(square) : 0.0F;
+        const float inverse = 1 / std::max(square, 1.0F);
         const float cos2 = (x * x - y * y) * inverse;
         const float sin2 = 2 * x * y * inverse;
         const float cos4 = cos2 * cos2 - sin2 * sin2;

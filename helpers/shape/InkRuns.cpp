@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kSomeInk = 21; // a twelfth
 constexpr int kDark = 102;   // two fifths
-constexpr int kBlack = 255;
+constexpr unsigned kBlack = 255;
 
 // Collects run lengths in quarters of a pixel, up to the side of the ink.
 class RunCounter
@@ -31,7 +31,7 @@ public:
 
     void add(int sum)
     {
-        ++m_bins[std::min(static_cast<std::size_t>(sum) * 4 / kBlack, m_last)];
+        ++m_bins[static_cast<unsigned>(sum) * 4 / kBlack];
         ++m_count;
     }
 
