@@ -133,6 +133,11 @@ QList<ushort> KrvFontFile::charactersInBlock(int blockIndex) const
     return block == blocks.cend() ? QList<ushort>() : characters().mid(block->second, block->first);
 }
 
+QVector<uint> KrvFontFile::supplementaryCharacters() const
+{
+    return isOpen() ? m_private->cache().supplementaryCharacters() : QVector<uint>();
+}
+
 QHash<int, QPair<int, int>> KrvFontFile::supportedBlocks() const
 {
     return isOpen() ? m_private->cache().blocks() : QHash<int, QPair<int, int>>();

@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QPair>
 #include <QString>
+#include <QVector>
 
 class KrvFontFilePrivate;
 class KrvShapingFont;
@@ -121,6 +122,8 @@ public:
     // Covered characters in ascending order, those above U+FFFF truncated to 16 bits.
     QList<ushort> characters() const;
     QList<ushort> charactersInBlock(int blockIndex) const; // -1: all
+    // The covered characters above U+FFFF as they are, in ascending order; read anew each time.
+    QVector<uint> supplementaryCharacters() const;
     QHash<int, QPair<int, int>>
     supportedBlocks() const; // block index -> (count, position of the first in characters())
     static int unicodeBlockCount();

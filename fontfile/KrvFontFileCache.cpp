@@ -96,6 +96,19 @@ QList<ushort> KrvFontFileCache::unicodeCharacters() const
     return characters;
 }
 
+QVector<uint> KrvFontFileCache::supplementaryCharacters() const
+{
+    QVector<uint> characters;
+    if (m_owner->currentCharMap().encoding != KrvFontFile::EncodingUnicode)
+        return characters;
+    const FT_Face face = m_owner->face();
+    FT_UInt glyph = 0;
+    for (FT_ULong code = FT_Get_Next_Char(face, 0xFFFF, &glyph); glyph != 0 && code <= lastCodePoint;
+         code = FT_Get_Next_Char(face, code, &glyph))
+        characters.append(uint(code));
+    return characters;
+}
+
 // Legacy maps are read through the usual order of glyphs in such fonts, which puts the printable characters at a fixed
 // distance from their codes.
 QList<ushort> KrvFontFileCache::legacyCharacters() const

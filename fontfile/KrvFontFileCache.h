@@ -29,6 +29,7 @@ public:
     const QList<KrvFontFile::CharMap>& charMaps();
     const QList<ushort>& characters();
     const QHash<int, QPair<int, int>>& blocks();
+    QVector<uint> supplementaryCharacters() const;
     void forgetCoverage(); // another character map was selected
 
 private:

@@ -170,12 +170,17 @@ void KrvFontPainter::drawText(const QRect& rect, int flags, const QString& text,
 
 void KrvFontPainter::drawCharacter(const QRect& rect, int flags, QChar ch)
 {
+    drawGlyph(rect, flags, m_font->glyphIndex(ch));
+}
+
+void KrvFontPainter::drawGlyph(const QRect& rect, int flags, unsigned int glyph)
+{
     m_painter->save();
     m_painter->setClipRect(rect, Qt::ReplaceClip);
     m_painter->translate(rect.topLeft());
     flags = withDefaults(flags);
     const KrvFontMetrics metrics(m_font);
-    const QRect box = metrics.glyphBox(ch);
+    const QRect box = metrics.glyphBox(glyph);
     int y = 0;
     if (flags & Qt::AlignTop)
         y = metrics.ascent();
@@ -188,15 +193,20 @@ void KrvFontPainter::drawCharacter(const QRect& rect, int flags, QChar ch)
         x = rect.width() + box.left() - box.right();
     else if (flags & Qt::AlignHCenter)
         x = rect.width() / 2 - box.width() / 2;
-    drawCharacterAt(QPoint(x - metrics.leftBearing(ch), y), ch);
+    drawGlyphAt(QPoint(x - metrics.leftBearing(glyph), y), glyph);
     m_painter->restore();
 }
 
 void KrvFontPainter::drawCharacterAt(const QPoint& baselineOrigin, QChar ch)
 {
+    drawGlyphAt(baselineOrigin, m_font->glyphIndex(ch));
+}
+
+void KrvFontPainter::drawGlyphAt(const QPoint& baselineOrigin, unsigned int glyph)
+{
     m_painter->save();
     m_painter->translate(baselineOrigin);
-    const FT_GlyphSlot slot = m_font->loadCharacter(ch.unicode());
+    const FT_GlyphSlot slot = glyph ? m_font->loadGlyph(glyph) : nullptr;
     if (slot && slot->format == FT_GLYPH_FORMAT_OUTLINE) {
         PainterPaintDevice device(m_painter);
         SpanContext context{nullptr, &device, QPoint()};

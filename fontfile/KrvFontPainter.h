@@ -35,6 +35,9 @@ public:
     void drawText(const QRect& rect, int flags, const QString& text, QRect* drawnRect);
     void drawCharacter(const QRect& rect, int flags, QChar ch);
     void drawCharacterAt(const QPoint& baselineOrigin, QChar ch);
+    // The same for one glyph, however it was found: of a character above U+FFFF, for example.
+    void drawGlyph(const QRect& rect, int flags, unsigned int glyph);
+    void drawGlyphAt(const QPoint& baselineOrigin, unsigned int glyph);
 
     // An indexed image, cropped to what was drawn (32 bits with a watermark). False also when a text that has a size
     // drew nothing.
