@@ -4,6 +4,7 @@
 #include "qtService/database/KrvFontRepository.h"
 #include "qtService/management/FontAdder.h"
 #include "qtService/management/UserFontGroupList.h"
+#include "qtService/ui/details/KrvFontDetailsTabWidget.h"
 #include "qtService/ui/dialogs/AsynchronousCommandWaitIndicatorDialog.h"
 #include "qtService/ui/dialogs/FontAdderDialog.h"
 #include "qtService/ui/dialogs/FontAdderStatusWidget.h"
@@ -39,6 +40,8 @@ using Settings = KrvUiSettings;
 
 constexpr int maximumNameLength = 64;
 const QSize firstSize(1180, 760);
+constexpr int firstListHeight = 440;
+constexpr int firstDetailsHeight = 240;
 
 const QString listStyle =
     QStringLiteral("#fontsView {\nborder: 0px solid black;\nborder-bottom-style: solid;\nborder-bottom-width: 1px;\n"
@@ -167,6 +170,13 @@ void KrvFontManagerWindow::setupUi()
     m_listToolsSplitter->setStretchFactor(0, 1);
     m_listToolsSplitter->setStretchFactor(1, 0);
 
+    m_details = new KrvFontDetailsTabWidget(m_listDetailsSplitter);
+    m_details->setObjectName(QStringLiteral("detailsWidget"));
+    m_details->setAcceptDrops(true);
+    m_listDetailsSplitter->setStretchFactor(0, 1);
+    m_listDetailsSplitter->setStretchFactor(1, 0);
+    m_listDetailsSplitter->setSizes({firstListHeight, firstDetailsHeight});
+
     menuBar()->setObjectName(QStringLiteral("menubar"));
     QToolBar* bar = addToolBar(tr("Tools"));
     bar->setObjectName(QStringLiteral("toolBar"));
@@ -234,6 +244,13 @@ void KrvFontManagerWindow::connectPanes()
             &KrvFontsView::setPreviewText);
     connect(m_previewSettings, &KrvPreviewTextSettingsWidget::previewSizeChanged, m_view,
             &KrvFontsView::setPreviewSize);
+
+    connect(m_previewSettings, &KrvPreviewTextSettingsWidget::previewTextChanged, m_details,
+            &KrvFontDetailsTabWidget::setPreviewText);
+    connect(m_previewSettings, &KrvPreviewTextSettingsWidget::previewSizeChanged, m_details,
+            &KrvFontDetailsTabWidget::setPreviewSize);
+    m_details->setPreviewText(m_view->previewText());
+    connect(m_actions->showDetails, &QAction::toggled, m_details, &QWidget::setVisible);
 
     connect(m_sideBar, &SideBarWidget::groupIdSelected, this, &KrvFontManagerWindow::onGroupSelected);
     connect(m_sideBar, &SideBarWidget::contextMenuRequested, this, &KrvFontManagerWindow::showSideBarContextMenu);
@@ -338,6 +355,7 @@ bool KrvFontManagerWindow::isStarted() const
 void KrvFontManagerWindow::onFontManagementServiceStarted()
 {
     m_sideBar->setGroups(m_service->systemFontGroups(), m_service->userFontGroups());
+    m_details->setContext(m_service->userFontGroups());
     connect(m_service->repository().data(), &KrvFontRepository::foundriesChanged, this,
             &KrvFontManagerWindow::onFoundriesChanged);
     connect(m_service->repository().data(), &FontCollectionInterface::fontCountChanged, this,
@@ -441,12 +459,14 @@ void KrvFontManagerWindow::showGroup(const FontGroupPtr& group, const QString& t
     m_header->setTitle(title);
     m_header->setNavigation(m_history.hasPrevious(), m_history.hasNext());
     m_model->setFontGroup(group);
+    m_details->setFontCollection(group);
     updateActionsState();
 }
 
 void KrvFontManagerWindow::onFontsViewSelectionChanged()
 {
     updateActionsState();
+    m_details->setFont(currentFont());
 }
 
 void KrvFontManagerWindow::onFilteringStatusChanged(bool filtering)

@@ -22,6 +22,7 @@ class FontLensDialog;
 class FontListHeaderWidget;
 class FontManagementService;
 class KrvAttributesWidget;
+class KrvFontDetailsTabWidget;
 class KrvFiltersWidget;
 class KrvFontsModelSearchBox;
 class KrvFontsView;
@@ -181,6 +182,7 @@ private:
     SideBarWidget* m_sideBar;
     QSplitter* m_listDetailsSplitter;
     QSplitter* m_listToolsSplitter;
+    KrvFontDetailsTabWidget* m_details;
     FontListHeaderWidget* m_header;
     KrvFontsView* m_view;
     FilterButtonsWidget* m_filterButtons;

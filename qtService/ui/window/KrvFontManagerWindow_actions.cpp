@@ -93,8 +93,6 @@ void KrvFontManagerWindow::updateActionsState()
         action->setEnabled(started);
     for (QAction* action : m_actions->fontLens.both())
         action->setEnabled(started);
-    // Its pane is not there yet; nothing pretends.
-    m_actions->showDetails->setEnabled(false);
     if (font) {
         m_actions->hide->setText(font->isHidden() ? tr("Unhide") : tr("Hide"));
         m_actions->markAsWebFont->setText(font->onlineSource().isEmpty() ? tr("Mark as Web Font")

@@ -6,6 +6,7 @@
 #include "qtService/ui/fonts/FontColumn.h"
 #include "qtService/ui/fonts/KrvFontsView.h"
 #include "qtService/ui/fonts/KrvFontsViewModel.h"
+#include "qtService/ui/search/KrvFontsModelSearchBox.h"
 #include "qtService/ui/sidebar/SideBarWidget.h"
 #include "qtService/ui/window/KrvFontManagerWindow.h"
 #include "tests/qtService/ui/WindowLibrary.h"
@@ -225,7 +226,7 @@ private slots:
     void searchingNarrowsAndResetWidens()
     {
         QTest::keyClick(m_window.get(), Qt::Key_F, Qt::ControlModifier);
-        auto* search = m_window->findChild<QLineEdit*>();
+        auto* search = m_window->findChild<KrvFontsModelSearchBox*>()->findChild<QLineEdit*>();
         QTest::keyClicks(search, QStringLiteral("family 3"));
         QTest::keyClick(search, Qt::Key_Return);
         QTRY_COMPARE(model()->rowCount(), 1);
