@@ -86,6 +86,7 @@ void KrvWaterfallWidget::setupUi()
     m_text->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_text->setMinimumContentsLength(24);
     m_text->setAccessibleName(tr("Sample text"));
+    m_text->lineEdit()->setAccessibleName(m_text->accessibleName()); // what really takes the keyboard
     m_text->lineEdit()->setMaxLength(maximumTextLength);
     label->setBuddy(m_text);
 
