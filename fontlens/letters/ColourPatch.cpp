@@ -8,7 +8,7 @@ namespace kerval::letters {
 namespace {
 
 constexpr int stripHeight = 64;
-constexpr int mostSamples = 4000; // by which the background is found
+constexpr int mostSamples = 2500; // by which the background is found
 constexpr int rounds = 8;
 constexpr std::size_t terms = 6;
 
@@ -174,11 +174,18 @@ void ColourPatch::subtractBackground()
             normal[i][i] += i == 0 ? 1e-6 : 1e-6 + 1e-3 * normal[0][0];
         surface = solved(normal, right);
     }
-    for (int y = 0; y < m_height; ++y) {
-        for (int x = 0; x < m_width; ++x) {
-            const Terms at = termsAt(unit * x - 1, unit * y - 1);
-            for (std::size_t channel = 0; channel < 3; ++channel)
-                m_channels[channel][place(x, y)] -= float(valueAt(surface[channel], at));
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+        const Terms& c = surface[channel];
+        for (int y = 0; y < m_height; ++y) {
+            const double v = unit * y - 1;
+            const auto constant = float(c[0] + c[2] * v + c[5] * v * v);
+            const auto linear = float(c[1] + c[4] * v);
+            const auto square = float(c[3]);
+            float* line = &m_channels[channel][place(0, y)];
+            for (int x = 0; x < m_width; ++x) {
+                const float u = float(unit) * float(x) - 1;
+                line[x] -= constant + u * (linear + u * square);
+            }
         }
     }
 }

@@ -48,6 +48,124 @@ bool solveSymmetric(std::array<std::array<double, N>, N> a, std::array<double, N
     return true;
 }
 
+// What one row adds to the sums of a letter. Eight sums of each kind run side by side, because the compiler may not
+// reorder one float sum but can keep these in vector registers.
+class RowSums
+{
+public:
+    enum Sum
+    {
+        Error,
+        Product,
+        Energy,
+        XX, // of the drawing's slope across and down, and with the distance from the middle across
+        XY,
+        YY,
+        XXd,
+        XYd,
+        YYd,
+        XXdd,
+        XYdd,
+        YYdd,
+        ErrorX,
+        ErrorY,
+        ErrorXd,
+        ErrorYd,
+        count
+    };
+
+    double operator[](Sum sum) const { return m_sums[sum]; }
+
+    static RowSums of(const Coverage& drawn, int y, const float* wanted, float gain, float firstDistance,
+                      bool withSystem);
+
+private:
+    static constexpr int lanes = 8;
+    using Lanes = std::array<std::array<float, lanes>, count>;
+
+    std::array<double, count> m_sums{};
+};
+
+RowSums RowSums::of(const Coverage& drawn, int y, const float* wanted, float gain, float firstDistance, bool withSystem)
+{
+    const float* here = drawn.row(y);
+    const float* above = drawn.row(std::max(0, y - 1));
+    const float* below = drawn.row(std::min(drawn.height - 1, y + 1));
+    const int width = drawn.width;
+    Lanes sums{};
+    const auto add = [&](int x, std::size_t lane, int before, int after) {
+        const float value = here[x];
+        const float off = gain * wanted[x] - value;
+        sums[Error][lane] += off * off;
+        sums[Product][lane] += wanted[x] * value;
+        sums[Energy][lane] += value * value;
+        if (!withSystem)
+            return;
+        const float gx = 0.5F * (here[after] - here[before]);
+        const float gy = 0.5F * (below[x] - above[x]);
+        const float d = float(x) + firstDistance;
+        const float xx = gx * gx;
+        const float xy = gx * gy;
+        const float yy = gy * gy;
+        sums[XX][lane] += xx;
+        sums[XY][lane] += xy;
+        sums[YY][lane] += yy;
+        sums[XXd][lane] += xx * d;
+        sums[XYd][lane] += xy * d;
+        sums[YYd][lane] += yy * d;
+        sums[XXdd][lane] += xx * d * d;
+        sums[XYdd][lane] += xy * d * d;
+        sums[YYdd][lane] += yy * d * d;
+        sums[ErrorX][lane] += off * gx;
+        sums[ErrorY][lane] += off * gy;
+        sums[ErrorXd][lane] += off * gx * d;
+        sums[ErrorYd][lane] += off * gy * d;
+    };
+    if (width < 1)
+        return {};
+    add(0, 0, 0, std::min(1, width - 1));
+    int x = 1;
+    for (; x + lanes < width; x += lanes) {
+        for (int lane = 0; lane < lanes; ++lane)
+            add(x + lane, std::size_t(lane), x + lane - 1, x + lane + 1);
+    }
+    for (; x < width; ++x)
+        add(x, 0, x - 1, std::min(width - 1, x + 1));
+    RowSums result;
+    for (std::size_t i = 0; i < count; ++i) {
+        for (const float sum : sums[i])
+            result.m_sums[i] += double(sum);
+    }
+    return result;
+}
+
+// The row's part of the normal equations; `e` is its distance from the middle. How the drawing changes with each of
+// the unknowns: -gx, -gy for the shift, -gy e for the stretch, -(gx d + gy e) for the size, gx e - gy d for the turn.
+void addRow(const RowSums& s, double e, std::array<std::array<double, 5>, 5>& matrix, std::array<double, 5>& right)
+{
+    using R = RowSums;
+    matrix[0][0] += s[R::XX];
+    matrix[0][1] += s[R::XY];
+    matrix[0][2] += e * s[R::XY];
+    matrix[0][3] += s[R::XXd] + e * s[R::XY];
+    matrix[0][4] += s[R::XYd] - e * s[R::XX];
+    matrix[1][1] += s[R::YY];
+    matrix[1][2] += e * s[R::YY];
+    matrix[1][3] += s[R::XYd] + e * s[R::YY];
+    matrix[1][4] += s[R::YYd] - e * s[R::XY];
+    matrix[2][2] += e * e * s[R::YY];
+    matrix[2][3] += e * (s[R::XYd] + e * s[R::YY]);
+    matrix[2][4] += e * (s[R::YYd] - e * s[R::XY]);
+    matrix[3][3] += s[R::XXdd] + 2 * e * s[R::XYd] + e * e * s[R::YY];
+    matrix[3][4] += s[R::XYdd] - e * s[R::XXd] + e * s[R::YYd] - e * e * s[R::XY];
+    matrix[4][4] += s[R::YYdd] - 2 * e * s[R::XYd] + e * e * s[R::XX];
+    right[0] -= s[R::ErrorX];
+    right[1] -= s[R::ErrorY];
+    right[2] -= e * s[R::ErrorY];
+    right[3] -= s[R::ErrorXd] + e * s[R::ErrorY];
+    right[4] += e * s[R::ErrorX] - s[R::ErrorYd];
+}
+
 } // namespace
 
 LetterFit::LetterFit(std::vector<Coverage> letters, double blur)
@@ -137,66 +255,18 @@ bool LetterFit::measure(const Target& target, const GlyphOutline& outline, const
     const double middleX = target.centreX - left;
     const double middleY = target.centreY - top;
     const int width = drawn.width;
+    std::vector<float> wanted(std::size_t(width), 0.0F);
     for (int y = 0; y < drawn.height; ++y) {
-        const float* here = drawn.row(y);
-        const float* above = drawn.row(std::max(0, y - 1));
-        const float* below = drawn.row(std::min(drawn.height - 1, y + 1));
         const int inkY = y + top;
-        const float* ink = inkY >= 0 && inkY < target.ink.height ? target.ink.row(inkY) : nullptr;
-        const double offY = y + 0.5 - middleY;
-        double error = 0, product = 0, energy = 0;
-        std::array<double, 15> sums{};
-        std::array<double, 5> rights{};
-        for (int x = 0; x < width; ++x) {
-            const int inkX = x + left;
-            const double wanted = ink && inkX >= 0 && inkX < target.ink.width ? double(ink[inkX]) : 0;
-            const auto value = double(here[x]);
-            const double off = gain * wanted - value;
-            error += off * off;
-            product += wanted * value;
-            energy += value * value;
-            if (!withSystem)
-                continue;
-            const double gx = 0.5 * double(here[std::min(width - 1, x + 1)] - here[std::max(0, x - 1)]);
-            const double gy = 0.5 * double(below[x] - above[x]);
-            const double offX = x + 0.5 - middleX;
-            const double j0 = -gx;
-            const double j1 = -gy;
-            const double j2 = -gy * offY;
-            const double j3 = -(gx * offX + gy * offY);
-            const double j4 = gx * offY - gy * offX;
-            sums[0] += j0 * j0;
-            sums[1] += j0 * j1;
-            sums[2] += j0 * j2;
-            sums[3] += j0 * j3;
-            sums[4] += j0 * j4;
-            sums[5] += j1 * j1;
-            sums[6] += j1 * j2;
-            sums[7] += j1 * j3;
-            sums[8] += j1 * j4;
-            sums[9] += j2 * j2;
-            sums[10] += j2 * j3;
-            sums[11] += j2 * j4;
-            sums[12] += j3 * j3;
-            sums[13] += j3 * j4;
-            sums[14] += j4 * j4;
-            rights[0] += j0 * off;
-            rights[1] += j1 * off;
-            rights[2] += j2 * off;
-            rights[3] += j3 * off;
-            rights[4] += j4 * off;
-        }
-        normal.error += error;
-        normal.product += product;
-        normal.drawnEnergy += energy;
-        if (!withSystem)
-            continue;
-        std::size_t at = 0;
-        for (std::size_t i = 0; i < unknowns; ++i) {
-            normal.right[i] += rights[i];
-            for (std::size_t j = i; j < unknowns; ++j)
-                normal.matrix[i][j] += sums[at++];
-        }
+        std::fill(wanted.begin(), wanted.end(), 0.0F);
+        if (inkY >= 0 && inkY < target.ink.height)
+            std::copy_n(target.ink.row(inkY), target.ink.width, wanted.begin() - left);
+        const RowSums sums = RowSums::of(drawn, y, wanted.data(), float(gain), float(0.5 - middleX), withSystem);
+        normal.error += sums[RowSums::Error];
+        normal.product += sums[RowSums::Product];
+        normal.drawnEnergy += sums[RowSums::Energy];
+        if (withSystem)
+            addRow(sums, y + 0.5 - middleY, normal.matrix, normal.right);
     }
     for (std::size_t i = 0; i < unknowns; ++i) {
         for (std::size_t j = 0; j < i; ++j)
