@@ -91,7 +91,9 @@ void FMSControlCenter::setupUi()
     m_abort = button("btn_abort", tr("Abort"));
     m_stopScanning = button("btn_cancelAdding", tr("Stop Scanning"));
 
+    // With a style sheet the style no longer says how far apart buttons stand.
     auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(6);
     for (QPushButton* widget : {m_errors, m_log})
         buttons->addWidget(widget);
     buttons->addStretch();
@@ -106,7 +108,7 @@ void FMSControlCenter::setupUi()
     layout->addWidget(m_bar, 2, 1, 1, 2);
     layout->addLayout(buttons, 3, 0, 1, 3);
     layout->setColumnStretch(1, 1);
-    setMinimumWidth(520);
+    m_bar->setMinimumWidth(420);
 }
 
 void FMSControlCenter::showAndRaise()

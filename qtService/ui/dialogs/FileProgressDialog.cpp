@@ -8,6 +8,13 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+namespace {
+
+// Of the text that says why, which names a path.
+constexpr int failureWidth = 420;
+
+} // namespace
+
 FileProgressDialog::FileProgressDialog(const QString& objectName, const QString& title, const QString& operationText,
                                        QWidget* parent)
     : QDialog(parent)
@@ -75,6 +82,8 @@ void FileProgressDialog::offerFile(const QString& filePath)
 void FileProgressDialog::showFailure(const QString& text)
 {
     m_label->setText(text);
+    m_label->setWordWrap(true);
+    m_label->setMinimumWidth(failureWidth);
     m_bar->hide();
     replaceCancelByClose();
 }

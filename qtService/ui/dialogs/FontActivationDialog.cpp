@@ -189,7 +189,7 @@ void FontActivationDialog::checkResults()
     m_treeDescription->setVisible(hasFailures);
     m_tree->setVisible(hasFailures);
     m_tree->expandAll();
-    resize(qMax(width(), 720), qMax(height(), 380));
+    resize(qMax(width(), 860), qMax(height(), 460));
 }
 
 void FontActivationDialog::addConflict(const ActivityChangeResult& result)

@@ -63,6 +63,8 @@ void FontAdderDialog::setupUi()
     const auto button = [this](const char* name, const QString& text) {
         auto* widget = new QPushButton(text, this);
         widget->setObjectName(QLatin1String(name));
+        // The dialog comes up by itself; what the user is just typing must not stop the scan.
+        widget->setAutoDefault(false);
         return widget;
     };
     m_warnings = button("btnWarnings", tr("Warnings"));
@@ -89,7 +91,9 @@ void FontAdderDialog::setupUi()
     layout->addLayout(labels);
     layout->addWidget(m_bar);
     layout->addLayout(buttons);
-    setMinimumWidth(560);
+    // Not of the window: it has to grow with longer texts.
+    m_bar->setMinimumWidth(540);
+    m_log->setFocus();
 }
 
 int FontAdderDialog::exec()

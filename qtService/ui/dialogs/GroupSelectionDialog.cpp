@@ -2,6 +2,7 @@
 
 #include "qtService/management/FontGroup.h"
 #include "qtService/management/FontGroupList.h"
+#include "qtService/ui/window/Palette.h"
 
 #include <QDialogButtonBox>
 #include <QListWidget>
@@ -23,6 +24,8 @@ GroupSelectionDialog::GroupSelectionDialog(const QString& title, const FontGroup
     layout->addWidget(m_buttons);
     setWindowTitle(title);
     setWindowModality(Qt::WindowModal);
+    ui::outlineChecks(m_list);
+    resize(380, 320);
 
     const QList<int> ids = groups.groupIdList();
     for (const int id : ids) {

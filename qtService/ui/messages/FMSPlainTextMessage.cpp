@@ -23,6 +23,7 @@ FMSPlainTextMessage::FMSPlainTextMessage(QWidget* parent)
     auto* close = new QPushButton(tr("Close"), this);
     close->setObjectName(QStringLiteral("btn_close"));
     auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(6);
     buttons->addWidget(m_refresh);
     buttons->addStretch();
     buttons->addWidget(close);

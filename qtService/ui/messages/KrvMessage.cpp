@@ -2,6 +2,7 @@
 
 #include "qtService/app/core/SettingsFolders.h"
 #include "qtService/app/core/Version.h"
+#include "qtService/ui/window/Palette.h"
 
 #include <QCheckBox>
 #include <QSettings>
@@ -92,6 +93,7 @@ void KrvMessage::showPredefined(int messageId, bool withCheckBox, bool force, co
         open.dontShowAnymore =
             new QCheckBox(tr("don't show anymore", "CheckBox text - don't show this message anymore"));
         box->setCheckBox(open.dontShowAnymore);
+        ui::outlineChecks(open.dontShowAnymore);
     }
     showBox(box, false);
 }

@@ -1,6 +1,7 @@
 #include "qtService/ui/preferences/KrvMessageSettingsUI.h"
 
 #include "qtService/ui/messages/KrvMessage.h"
+#include "qtService/ui/window/Palette.h"
 
 #include <QLabel>
 #include <QListWidget>
@@ -16,6 +17,7 @@ KrvMessageSettingsUI::KrvMessageSettingsUI(QWidget* parent)
     m_messages->setObjectName(QStringLiteral("lw_messages"));
     m_messages->setAccessibleName(tr("Enabled messages"));
     label->setBuddy(m_messages);
+    ui::outlineChecks(m_messages);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(label);
     layout->addWidget(m_messages);

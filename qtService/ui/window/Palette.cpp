@@ -1,12 +1,23 @@
 #include "qtService/ui/window/Palette.h"
 
 #include <QPalette>
+#include <QWidget>
 
 namespace ui {
 
 bool isDark(const QPalette& palette)
 {
     return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
+}
+
+void outlineChecks(QWidget* widget)
+{
+    QPalette palette = widget->palette();
+    if (!isDark(palette))
+        return;
+    const QColor text = palette.color(QPalette::WindowText);
+    palette.setColor(QPalette::Window, text.darker(140));
+    widget->setPalette(palette);
 }
 
 } // namespace ui

@@ -1,10 +1,15 @@
 #pragma once
 
 class QPalette;
+class QWidget;
 
 namespace ui {
 
 // Whether a palette shows light text on a dark ground; drawings and style sheets come in both kinds.
 bool isDark(const QPalette& palette);
+
+// Styles outline empty check boxes in a darker shade of the window, which on a dark ground is none. Gives the widget, a
+// check box or a list of them, a lighter shade to start from.
+void outlineChecks(QWidget* widget);
 
 } // namespace ui
