@@ -266,11 +266,11 @@
     </message>
     <message>
         <source>Messages</source>
-        <translation type="unfinished">Meldungen</translation>
+        <translation>Meldungen</translation>
     </message>
     <message>
         <source>What the service has said since it was started</source>
-        <translation type="unfinished"></translation>
+        <translation>Was der Dienst seit seinem Start gemeldet hat</translation>
     </message>
 </context>
 <context>
@@ -286,6 +286,10 @@
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Messages</source>
+        <translation>Meldungen</translation>
     </message>
 </context>
 <context>
@@ -421,18 +425,22 @@ Sie wurde als &quot;%1&quot; aufgehoben, und Kerval hat mit einer neuen begonnen
     <message>
         <source>The file of the font library could not be read.
 It was kept as &quot;%1&quot;. Its fonts come back with the next scan.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei der Schriftbibliothek war nicht lesbar.
+Sie wurde als &quot;%1&quot; aufbewahrt. Ihre Schriften kommen mit der nächsten Suche zurück.</translation>
     </message>
     <message>
         <source>The file of the font library was made by another version.
 It was kept as &quot;%1&quot;. Its fonts come back with the next scan.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei der Schriftbibliothek stammt von einer anderen Version.
+Sie wurde als &quot;%1&quot; aufbewahrt. Ihre Schriften kommen mit der nächsten Suche zurück.</translation>
     </message>
     <message>
         <source>The file of the font library cannot be opened.
 Please check permissions on:
    &quot;%1&quot;</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei der Schriftbibliothek lässt sich nicht öffnen.
+Bitte prüfen Sie die Zugriffsrechte von:
+   &quot;%1&quot;</translation>
     </message>
 </context>
 <context>
@@ -631,47 +639,47 @@ Please check permissions on:
     <name>FontArchiveImportDialog</name>
     <message>
         <source>Unpacking archives...</source>
-        <translation type="unfinished"></translation>
+        <translation>Archive werden entpackt...</translation>
     </message>
     <message>
         <source>Unpacking &quot;%1&quot;...</source>
-        <translation type="unfinished"></translation>
+        <translation>&quot;%1&quot; wird entpackt...</translation>
     </message>
     <message>
         <source>Cancelling...</source>
-        <translation type="unfinished"></translation>
+        <translation>Wird abgebrochen...</translation>
     </message>
     <message>
         <source>It is no zip archive, or it is damaged.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es ist kein ZIP-Archiv oder es ist beschädigt.</translation>
     </message>
     <message>
         <source>It would write outside its own folder, or one of its files over another.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es würde außerhalb seines Ordners schreiben oder eine seiner Dateien über eine andere.</translation>
     </message>
     <message>
         <source>It is protected by a password.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es ist durch ein Passwort geschützt.</translation>
     </message>
     <message>
         <source>Its content is damaged.</source>
-        <translation type="unfinished"></translation>
+        <translation>Sein Inhalt ist beschädigt.</translation>
     </message>
     <message>
         <source>It would unpack to more than fonts ever do.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es würde zu mehr entpackt, als Schriften je ergeben.</translation>
     </message>
     <message>
         <source>There is not enough room on the disk.</source>
-        <translation type="unfinished"></translation>
+        <translation>Auf dem Datenträger ist nicht genug Platz.</translation>
     </message>
     <message>
         <source>Its files could not be written.</source>
-        <translation type="unfinished"></translation>
+        <translation>Seine Dateien konnten nicht geschrieben werden.</translation>
     </message>
     <message>
         <source>It holds no fonts.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es enthält keine Schriften.</translation>
     </message>
 </context>
 <context>
@@ -1181,6 +1189,10 @@ Tipp: Umschalt+Klick setzt einen Buchstaben wie i oder j zusammen</translation>
         <source>Character Range</source>
         <translation>Zeichenbereich</translation>
     </message>
+    <message>
+        <source>Filters</source>
+        <translation>Filter</translation>
+    </message>
 </context>
 <context>
     <name>KrvFontManagerWindow</name>
@@ -1612,20 +1624,20 @@ Kerval sucht nun die fehlenden Schriften und entfernt sie aus Ihrer Bibliothek.<
     </message>
     <message>
         <source>Unpack Archives</source>
-        <translation type="unfinished"></translation>
+        <translation>Archive entpacken</translation>
     </message>
     <message numerus="yes">
         <source>... and %n more</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>... und %n weiteres</numerusform>
+            <numerusform>... und %n weitere</numerusform>
         </translation>
     </message>
     <message numerus="yes">
         <source>%n archive(s) could not be added:</source>
-        <translation type="unfinished">
-            <numerusform></numerusform>
-            <numerusform></numerusform>
+        <translation>
+            <numerusform>%n Archiv konnte nicht hinzugefügt werden:</numerusform>
+            <numerusform>%n Archive konnten nicht hinzugefügt werden:</numerusform>
         </translation>
     </message>
 </context>
@@ -1899,31 +1911,31 @@ Kerval sucht nun die fehlenden Schriften und entfernt sie aus Ihrer Bibliothek.<
     <name>LetterCutter</name>
     <message>
         <source>There is no ink here.</source>
-        <translation type="unfinished"></translation>
+        <translation>Hier ist nichts gezeichnet.</translation>
     </message>
     <message>
         <source>There is no picture, or it is too large.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es gibt kein Bild oder es ist zu groß.</translation>
     </message>
     <message>
         <source>There are no points, or too many.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es gibt keine Punkte oder zu viele.</translation>
     </message>
     <message>
         <source>A point lies outside of the picture.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein Punkt liegt außerhalb des Bildes.</translation>
     </message>
     <message>
         <source>The points lie too far from each other.</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Punkte liegen zu weit auseinander.</translation>
     </message>
     <message>
         <source>There are too many cut lines.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es gibt zu viele Schnittlinien.</translation>
     </message>
     <message>
         <source>What lies here reaches too far to be a letter.</source>
-        <translation type="unfinished"></translation>
+        <translation>Was hier liegt, reicht zu weit, um ein Buchstabe zu sein.</translation>
     </message>
 </context>
 <context>
