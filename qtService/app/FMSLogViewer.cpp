@@ -1,5 +1,6 @@
 #include "qtService/app/FMSLogViewer.h"
 
+#include "qtService/app/core/FMSLog.h"
 #include "qtService/app/core/FMSLogModel.h"
 
 #include <QCloseEvent>
@@ -10,6 +11,12 @@
 #include <QShortcut>
 #include <QTableView>
 #include <QVBoxLayout>
+
+namespace {
+
+constexpr int columnPadding = 16;
+
+} // namespace
 
 FMSLogViewer::FMSLogViewer(QWidget* parent)
     : QWidget(parent)
@@ -62,6 +69,11 @@ void FMSLogViewer::adjustColumns()
     m_view->horizontalHeader()->setResizeContentsPrecision(50);
     m_view->resizeColumnToContents(FMSLogModel::TimeColumn);
     m_view->resizeColumnToContents(FMSLogModel::TypeColumn);
+    // Whatever kinds of events are in view now, the others come too.
+    int widest = m_view->columnWidth(FMSLogModel::TypeColumn);
+    for (int type = FMSLog::ScanStarted; type <= FMSLog::FontRemoved; ++type)
+        widest = qMax(widest, m_view->fontMetrics().horizontalAdvance(FMSLog::typeText(type)) + columnPadding);
+    m_view->setColumnWidth(FMSLogModel::TypeColumn, widest);
 }
 
 void FMSLogViewer::onLogChanged()

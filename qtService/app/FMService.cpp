@@ -31,12 +31,12 @@
 #include <QAction>
 #include <QDebug>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QLocale>
 #include <QLockFile>
 #include <QSettings>
 #include <QSqlDatabase>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -211,11 +211,22 @@ void FMService::addRecognizer()
                              new RecognizerResourceHandler(m_recognizer, script));
 }
 
-// Only with the window: a start in the background stays there. It says what is coming while a large library loads.
+// Only with the window: a start in the background stays there. It says what is coming while a large library loads, and
+// for a small one it stays long enough not to be a flicker.
 void FMService::showSplashScreen()
 {
     m_splashScreen = std::make_unique<SplashScreenDialog>();
     m_splashScreen->show();
+    m_splashShown.start();
+}
+
+void FMService::endSplashScreen()
+{
+    constexpr qint64 shortestMs = 900;
+    if (!m_splashScreen)
+        return;
+    const qint64 left = qMax<qint64>(0, shortestMs - m_splashShown.elapsed());
+    QTimer::singleShot(int(left), m_splashScreen.get(), [this] { m_splashScreen.release()->deleteLater(); });
 }
 
 bool FMService::checkSettingsFolder()
@@ -296,7 +307,7 @@ int FMService::choosePort(int* runningPort)
 
 void FMService::onFontManagementServiceStarted()
 {
-    m_splashScreen.reset();
+    endSplashScreen();
     if (m_state != Initializing)
         return;
     const int error = initialize();

@@ -4,6 +4,7 @@
 #include "qtService/app/core/FMSSettings.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QSharedPointer>
 
 #include <memory>
@@ -88,6 +89,7 @@ private slots:
 
 private:
     void showSplashScreen();
+    void endSplashScreen();
     bool checkSettingsFolder();
     bool acquireInstanceLock(int* runningPort);
     int choosePort(int* runningPort);
@@ -109,6 +111,7 @@ private:
     std::unique_ptr<PreferencesWindow> m_preferences;
     std::unique_ptr<FMSPlainTextMessage> m_messageLog;
     std::unique_ptr<SplashScreenDialog> m_splashScreen; // until the library is open
+    QElapsedTimer m_splashShown;
     std::unique_ptr<FMSTrayIcon> m_trayIcon;
     std::unique_ptr<FMSControlCenter> m_controlCenter;
     FMSLogViewer* m_scanLogViewer = nullptr; // made on demand, gone when closed

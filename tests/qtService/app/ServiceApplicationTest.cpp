@@ -94,7 +94,7 @@ private slots:
         QVERIFY(visible<KrvFontManagerWindow>());
         QVERIFY(!trayMenu()->isEnabled());
         QTRY_COMPARE_WITH_TIMEOUT(service()->state(), int(FMService::Ready), patienceMs);
-        QVERIFY(!visible<SplashScreenDialog>());
+        QTRY_VERIFY(!visible<SplashScreenDialog>());
         QVERIFY(trayMenu()->isEnabled());
     }
 
