@@ -29,6 +29,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QShortcut>
 #include <QSpinBox>
 #include <QStackedWidget>
@@ -94,6 +95,8 @@ void FontLensDialog::connectForm()
     connect(m_scene, &FontLensGraphicsScene::mouseReleased, this, &Dialog::onMouseReleased);
 
     connect(m_form->selectedLettersList, &SelectedLettersList::letterAdded, this, &Dialog::onLetterAdded);
+    connect(m_form->selectedLettersList, &SelectedLettersList::tileFocused, m_form->lettersArea,
+            [area = m_form->lettersArea](QWidget* tile) { area->ensureWidgetVisible(tile); });
     connect(m_form->btnIdentify, &QPushButton::clicked, this, &Dialog::onIdentify);
     connect(m_form->btnBack, &QPushButton::clicked, this, &Dialog::onBtnBackClicked);
     connect(m_form->busyIndicator, &FontLensBusyIndicator::cancelled, this, &Dialog::cancelRequest);

@@ -144,7 +144,6 @@ void FontLensDialog::stepZoom(int steps)
 void FontLensDialog::onZoomLevelChanged()
 {
     m_form->view->setZoom(m_form->cmbZoom->currentData().toDouble());
-    m_scene->setPictureSmooth(m_form->view->zoom() < 200);
 }
 
 void FontLensDialog::onZoomRequested(bool zoomIn, QPoint viewPos)
@@ -152,7 +151,6 @@ void FontLensDialog::onZoomRequested(bool zoomIn, QPoint viewPos)
     const QSignalBlocker blocker(m_form->cmbZoom);
     stepZoom(zoomIn ? +1 : -1);
     m_form->view->setZoomAt(m_form->cmbZoom->currentData().toDouble(), viewPos);
-    m_scene->setPictureSmooth(m_form->view->zoom() < 200);
 }
 
 void FontLensDialog::onRotationChanged()

@@ -210,8 +210,8 @@ QWidget* FontLensForm::makePicturePage()
     layout->addWidget(view, 1);
     layout->addWidget(lettersRow);
     QWidget::setTabOrder(chkbDisplayGrid, view);
-    QWidget::setTabOrder(view, selectedLettersList);
-    QWidget::setTabOrder(selectedLettersList, btnIdentify);
+    QWidget::setTabOrder(view, btnIdentify);
+    selectedLettersList->setPredecessor(view);
     return page;
 }
 

@@ -1,35 +1,29 @@
 #include "fontlens/FontLensGraphicsScene.h"
 
 #include "fontlens/LetterSplitter.h"
+#include "fontlens/PictureItem.h"
 
-#include <QGraphicsPixmapItem>
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsSceneWheelEvent>
 
 FontLensGraphicsScene::FontLensGraphicsScene(QObject* parent)
     : QGraphicsScene(parent)
-    , m_picture(addPixmap(QPixmap()))
+    , m_picture(new PictureItem)
 {
     // A handful of items: an index costs more than it saves.
     setItemIndexMethod(QGraphicsScene::NoIndex);
-    m_picture->setShapeMode(QGraphicsPixmapItem::BoundingRectShape);
-    setPictureSmooth(true);
+    addItem(m_picture);
 }
 
 void FontLensGraphicsScene::setPicture(const QPixmap& picture)
 {
-    m_picture->setPixmap(picture);
+    m_picture->setPicture(picture);
     setSceneRect(QRectF(QPointF(), QSizeF(picture.size())));
 }
 
 bool FontLensGraphicsScene::hasPicture() const
 {
     return !m_picture->pixmap().isNull();
-}
-
-void FontLensGraphicsScene::setPictureSmooth(bool smooth)
-{
-    m_picture->setTransformationMode(smooth ? Qt::SmoothTransformation : Qt::FastTransformation);
 }
 
 LetterSplitter* FontLensGraphicsScene::createSplitter(QPointF firstPoint)

@@ -3,6 +3,7 @@
 #include <QGraphicsScene>
 
 class LetterSplitter;
+class PictureItem;
 
 // The picture and the cut lines over it. One unit of the scene is one pixel of the picture, whose top left corner is
 // the origin. Tells where the mouse goes; what that means is the window's to decide.
@@ -15,8 +16,6 @@ public:
 
     void setPicture(const QPixmap& picture);
     bool hasPicture() const;
-    // Enlarged pixels are shown as they are, reduced ones are averaged.
-    void setPictureSmooth(bool smooth);
 
     LetterSplitter* createSplitter(QPointF firstPoint);
     QList<LetterSplitter*> splitters() const { return m_splitters; }
@@ -41,6 +40,6 @@ protected:
     void wheelEvent(QGraphicsSceneWheelEvent* event) override;
 
 private:
-    QGraphicsPixmapItem* m_picture;
+    PictureItem* m_picture;
     QList<LetterSplitter*> m_splitters;
 };

@@ -146,6 +146,8 @@ bool SelectedLetterWidget::eventFilter(QObject* watched, QEvent* event)
             event->ignore();
             return true;
         }
+    } else if (event->type() == QEvent::FocusIn) {
+        emit focused();
     } else if (event->type() == QEvent::KeyPress) {
         const auto* key = static_cast<QKeyEvent*>(event);
         if (key->key() == Qt::Key_Delete && key->modifiers() == Qt::ControlModifier) {

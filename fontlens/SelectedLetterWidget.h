@@ -29,6 +29,8 @@ public:
 signals:
     void closeButtonPressed();
     void letterChanged();
+    // The keys go to this tile now.
+    void focused();
 
 protected:
     void focusInEvent(QFocusEvent* event) override;

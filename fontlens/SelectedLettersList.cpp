@@ -73,8 +73,9 @@ void SelectedLettersList::onLetterSelected(bool success, FontRecognizerLetterSel
     tile->setImage(selectedLetter->image());
     connect(tile, &SelectedLetterWidget::closeButtonPressed, this, &SelectedLettersList::onCloseButtonPressed);
     connect(tile, &SelectedLetterWidget::letterChanged, this, &SelectedLettersList::onLetterChanged);
+    connect(tile, &SelectedLetterWidget::focused, this, [this, tile] { emit tileFocused(tile); });
     // Tab goes through the tiles in their order, not in that of the window's making.
-    setTabOrder(m_entries.isEmpty() ? this : m_entries.last().tile->input(), tile->input());
+    setTabOrder(m_entries.isEmpty() ? m_predecessor : m_entries.last().tile->input(), tile->input());
     m_layout->insertWidget(m_layout->count() - 1, tile);
     m_entries.append({tile, selectedLetter});
     tile->show(); // now, for the focus

@@ -25,9 +25,13 @@ public:
 
     // Clears the strip. Null: none.
     void setSession(const QSharedPointer<FontRecognizer::FontRecognizerSession>& session);
+    // What Tab leaves for the first tile; it outlives the strip.
+    void setPredecessor(QWidget* predecessor) { m_predecessor = predecessor; }
 
 signals:
     void letterAdded();
+    // The tile that the keys go to now.
+    void tileFocused(QWidget* tile);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -51,5 +55,6 @@ private:
 
     QSharedPointer<FontRecognizer::FontRecognizerSession> m_session;
     QHBoxLayout* m_layout;
+    QWidget* m_predecessor = nullptr;
     QList<Entry> m_entries;
 };

@@ -7,6 +7,7 @@
 #include "tests/support/testtree.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
@@ -249,6 +250,38 @@ private slots:
         m_lens->click(QPoint(60, 60));
         QVERIFY(!m_lens->isBusy());
         QCOMPARE(m_lens->service().count("objat"), 2);
+    }
+
+    // The newest letter is in view when it comes, and the one that is typed into while it is.
+    void theStripScrollsToWhereTheUserIs()
+    {
+        QVERIFY(m_lens->openPicture());
+        m_lens->dialog()->resize(620, 500);
+        QVERIFY(m_lens->selectLetters(8, false));
+        const auto tiles = m_lens->dialog()->findChildren<SelectedLetterWidget*>();
+        const auto isVisible = [](const QWidget* tile) { return tile->visibleRegion().boundingRect() == tile->rect(); };
+        QTRY_VERIFY(isVisible(tiles.last()));
+        QVERIFY(!isVisible(tiles.first()));
+        m_lens->dialog()->activateWindow();
+        for (SelectedLetterWidget* tile : {tiles.first(), tiles.last()}) {
+            tile->setFocus();
+            QTRY_VERIFY(isVisible(tile));
+        }
+    }
+
+    void tabGoesFromThePictureThroughTheLettersToIdentify()
+    {
+        QVERIFY(m_lens->openPicture());
+        QVERIFY(m_lens->selectLetters(2));
+        m_lens->dialog()->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_lens->dialog()));
+        view()->setFocus();
+        const auto tiles = m_lens->dialog()->findChildren<SelectedLetterWidget*>();
+        for (QWidget* next : {tiles.at(0)->input(), tiles.at(1)->input(),
+                              static_cast<QWidget*>(m_lens->find<QPushButton>("btnIdentify"))}) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            QCOMPARE(QApplication::focusWidget(), next);
+        }
     }
 
     void shiftAddsToTheLastLetter()
