@@ -196,6 +196,7 @@ bool FMService::start(int* port, bool startFontManager)
     if (startFontManager) {
         showSplashScreen();
         onShowFontManagerTriggered();
+        m_splashScreen->raise();
     }
     m_fontManagementService->start();
     return true;

@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 
 SplashScreenDialog::SplashScreenDialog(QWidget* parent)
-    : QDialog(parent, Qt::SplashScreen)
+    : QDialog(parent, Qt::SplashScreen | Qt::WindowStaysOnTopHint)
 {
     setObjectName(QStringLiteral("SplashScreenDialog"));
     setWindowTitle(QStringLiteral("Kerval"));

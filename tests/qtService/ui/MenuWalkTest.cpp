@@ -87,7 +87,6 @@ private slots:
         disabled.removeDuplicates();
         // There is nothing to reset while nothing is filtered.
         disabled.removeAll(QStringLiteral("actionResetFilters"));
-        disabled.removeAll(QStringLiteral("actionShowFontDetails"));
         QCOMPARE(disabled.join(u'\n'), QString());
     }
 
