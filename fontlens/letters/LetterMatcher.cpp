@@ -272,7 +272,9 @@ void LetterMatcher::Private::openOutlines(const std::vector<AskedLetter>& letter
 void LetterMatcher::Private::compare(const std::vector<AskedLetter>& letters, std::vector<Ranked>& ranked, int count,
                                      double height, double blur, int steps)
 {
-    const double factor = qMin(1.0, height / typicalHeight(letters)); // pixels drawn for each of the picture
+    double factor = height / typicalHeight(letters); // pixels drawn for each of the picture
+    for (const AskedLetter& letter : letters)
+        factor = qMin(factor, 1 / letter.unit); // letters are only ever reduced
     std::vector<Coverage> reduced;
     for (const AskedLetter& letter : letters)
         reduced.push_back(letter.ink.reduced(factor * letter.unit));
