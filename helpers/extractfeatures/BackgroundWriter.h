@@ -1,28 +1,25 @@
 #pragma once
 
 #include <condition_variable>
+#include <functional>
 #include <mutex>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 namespace kerval::helpers {
 
-// Writes filled buffers to open files in a thread of its own, so that reading the catalogue and writing the files
-// overlap. Used from one thread. The files stay open until finish() has returned.
+// Writes in a thread of its own, so that reading the catalogue and writing the files overlap. Used from one thread.
 class BackgroundWriter
 {
 public:
     BackgroundWriter();
-    ~BackgroundWriter();
+    ~BackgroundWriter(); // finishes what is being written
     BackgroundWriter(const BackgroundWriter&) = delete;
     BackgroundWriter& operator=(const BackgroundWriter&) = delete;
 
-    // Takes the buffer's content and leaves an empty one with room; waits while too much is unwritten. False once a
-    // write has failed: what follows is dropped.
-    bool write(int file, std::string& buffer);
-    // Waits until everything is written; false when any write has failed.
+    // Waits until the last piece of work is done and starts this one, which tells whether it succeeded. False once any
+    // has failed: this one is not begun then.
+    bool start(std::function<bool()> work);
+    // Waits until all is done; false when anything has failed.
     bool finish();
 
 private:
@@ -30,9 +27,7 @@ private:
 
     std::mutex m_lock;
     std::condition_variable m_changed;
-    std::vector<std::pair<int, std::string>> m_waiting;
-    std::vector<std::string> m_spare;
-    bool m_busy = false;
+    std::function<bool()> m_work; // set until it is done
     bool m_failed = false;
     bool m_stopping = false;
     std::thread m_thread; // last: it uses all of the above

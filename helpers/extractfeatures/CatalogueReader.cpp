@@ -101,6 +101,8 @@ bool CatalogueReader::readFonts(std::string& problem)
     const Statement statement(prepare("SELECT id, ps_name, other_info2, hwi, hwe, hhe, sc_all, sc_body, sc_head "
                                       "FROM font WHERE coalesce(deleted, 0) = 0"));
     int state = SQLITE_ERROR;
+    std::string lastKeywords; // thousands of fonts share a few texts, mostly with their neighbours
+    CatalogueFont last;
     while (statement && (state = sqlite3_step(statement.get())) == SQLITE_ROW) {
         const std::int64_t id = sqlite3_column_int64(statement.get(), 0);
         if (id < std::numeric_limits<std::int32_t>::min() || id > std::numeric_limits<std::int32_t>::max()) {
@@ -110,8 +112,13 @@ bool CatalogueReader::readFonts(std::string& problem)
         font.id = static_cast<std::int32_t>(id);
         font.postScriptName = lineSafe(text(statement.get(), 1));
         const std::string_view keywords = text(statement.get(), 2);
-        font.serif = containsWord(keywords, "serif");
-        font.className = classNameOf(keywords);
+        if (keywords != lastKeywords) {
+            lastKeywords = keywords;
+            last.serif = containsWord(keywords, "serif");
+            last.className = classNameOf(keywords);
+        }
+        font.serif = last.serif;
+        font.className = last.className;
         font.hwi = sqlite3_column_int(statement.get(), 3);
         font.hwe = sqlite3_column_int(statement.get(), 4);
         font.hhe = sqlite3_column_int(statement.get(), 5);

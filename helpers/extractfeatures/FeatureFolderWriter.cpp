@@ -17,7 +17,6 @@ namespace kerval::helpers {
 
 namespace {
 
-constexpr std::size_t kBufferSize = 1 << 16;
 constexpr std::string_view kWorkPrefix = ".new-";
 
 template <typename Number>
@@ -27,16 +26,33 @@ std::string_view bytesOf(const Number& number)
 }
 
 // Without a branch for each value, so that the compiler can take several at once.
-bool isFinite(const FeatureVector& vector)
+bool isFinite(const float* values)
 {
     constexpr std::uint32_t exponent = 0x7F800000;
     std::array<std::uint32_t, featureValueCount> bits;
-    std::memcpy(bits.data(), vector.data(), featureByteCount);
+    std::memcpy(bits.data(), values, featureByteCount);
     std::uint32_t odd = 0;
     for (const std::uint32_t value : bits) {
         odd |= (value & exponent) == exponent ? 1U : 0U;
     }
     return odd == 0;
+}
+
+bool writeAll(int file, const void* bytes, std::size_t size)
+{
+    const char* rest = static_cast<const char*>(bytes);
+    while (size > 0) {
+        const ssize_t count = ::write(file, rest, size);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            return false;
+        }
+        rest += count;
+        size -= static_cast<std::size_t>(count);
+    }
+    return true;
 }
 
 } // namespace
@@ -89,14 +105,16 @@ bool FeatureFolderWriter::begin(std::string& problem)
     }
     m_failed = false;
     m_maximums.fill(0);
+    for (Batch& batch : m_batches) {
+        batch.fonts = 0;
+    }
     m_writer = std::make_unique<BackgroundWriter>();
     if (!std::filesystem::create_directory(m_workFolder, error)) {
         problem = "the folder cannot be written: " + error.message();
         return false;
     }
     for (Output& output : m_outputs) {
-        output.buffer.clear();
-        output.buffer.reserve(kBufferSize + featureByteCount);
+        output.text.clear();
         output.file = ::open((m_workFolder + "/" + output.name).c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
         if (output.file < 0) {
             problem = output.name + " cannot be written: " + std::strerror(errno);
@@ -106,67 +124,78 @@ bool FeatureFolderWriter::begin(std::string& problem)
     return true;
 }
 
-FeatureFolderWriter::Output& FeatureFolderWriter::output(std::string_view name)
+void FeatureFolderWriter::addLetter(std::size_t letter, std::string_view bytes)
 {
-    return *std::find_if(m_outputs.begin(), m_outputs.end(), [name](const Output& o) { return o.name == name; });
-}
-
-void FeatureFolderWriter::put(Output& output, std::string_view bytes)
-{
-    output.buffer.append(bytes);
-    if (output.buffer.size() >= kBufferSize) {
-        m_failed = !m_writer->write(output.file, output.buffer) || m_failed;
+    float* values = m_batches[m_filling].place(letter);
+    std::memcpy(values, bytes.data(), featureByteCount);
+    if (!isFinite(values)) {
+        std::transform(values, values + featureValueCount, values,
+                       [](float value) { return std::isfinite(value) ? value : 0; });
+    }
+    for (std::size_t i = 0; i < featureValueCount; ++i) {
+        m_maximums[i] = m_maximums[i] > values[i] ? m_maximums[i] : values[i];
     }
 }
 
 bool FeatureFolderWriter::append(const CatalogueFont& font, std::string_view blob)
 {
-    static const FeatureVector nothing{};
-    std::bitset<featurefolder::characters.size()> seen;
+    std::bitset<kLetters> seen;
     FeatureBlobReader reader(blob);
     unsigned char key = 0;
     std::string_view bytes;
-    FeatureVector vector;
     while (reader.next(key, bytes)) {
         const int letter = m_letterOf[key];
-        if (letter < 0 || seen[static_cast<std::size_t>(letter)]) {
-            continue;
+        if (letter >= 0 && !seen[static_cast<std::size_t>(letter)]) {
+            seen[static_cast<std::size_t>(letter)] = true;
+            addLetter(static_cast<std::size_t>(letter), bytes);
         }
-        seen[static_cast<std::size_t>(letter)] = true;
-        std::memcpy(vector.data(), bytes.data(), featureByteCount);
-        if (!isFinite(vector)) {
-            for (float& value : vector) {
-                value = std::isfinite(value) ? value : 0;
-            }
-        }
-        for (std::size_t i = 0; i < vector.size(); ++i) {
-            m_maximums[i] = m_maximums[i] > vector[i] ? m_maximums[i] : vector[i];
-        }
-        put(m_outputs[static_cast<std::size_t>(letter)],
-            {reinterpret_cast<const char*>(vector.data()), featureByteCount});
     }
-    for (std::size_t letter = 0; letter < seen.size(); ++letter) {
+    Batch& batch = m_batches[m_filling];
+    for (std::size_t letter = 0; letter < kLetters && !seen.all(); ++letter) {
         if (!seen[letter]) {
-            put(m_outputs[letter], {reinterpret_cast<const char*>(nothing.data()), featureByteCount});
+            std::fill_n(batch.place(letter), featureValueCount, 0.0F);
         }
     }
     const char serif = font.serif ? 1 : 0;
-    put(output(featurefolder::serifFile), {&serif, 1});
-    put(output(featurefolder::hwiFile), bytesOf(font.hwi));
-    put(output(featurefolder::hweFile), bytesOf(font.hwe));
-    put(output(featurefolder::hheFile), bytesOf(font.hhe));
-    put(output(featurefolder::scoresFile), bytesOf(font.scores));
-    put(output(featurefolder::infoFile),
-        font.postScriptName + std::string(featurefolder::infoSeparator) + font.className + "\n");
-    put(output(featurefolder::idsFile), bytesOf(font.id));
+    put(Serif, {&serif, 1});
+    put(Hwi, bytesOf(font.hwi));
+    put(Hwe, bytesOf(font.hwe));
+    put(Hhe, bytesOf(font.hhe));
+    put(Scores, bytesOf(font.scores));
+    put(Info, font.postScriptName);
+    put(Info, featurefolder::infoSeparator);
+    put(Info, font.className);
+    put(Info, "\n");
+    put(Ids, bytesOf(font.id));
+    if (++batch.fonts == kBatchFonts) {
+        writeBatch();
+    }
     return !m_failed;
+}
+
+void FeatureFolderWriter::writeBatch()
+{
+    m_failed = !m_writer->start([this, written = m_filling] {
+        Batch& batch = m_batches[written];
+        const std::size_t size = batch.fonts * featureByteCount;
+        batch.fonts = 0; // from here on place() gives the begin of what is written
+        for (std::size_t letter = 0; letter < kLetters; ++letter) {
+            if (!writeAll(m_outputs[letter].file, batch.place(letter), size)) {
+                return false;
+            }
+        }
+        return true;
+    }) || m_failed;
+    m_filling = 1 - m_filling;
 }
 
 bool FeatureFolderWriter::publish(std::string& problem)
 {
-    put(output(featurefolder::maximumsFile), {reinterpret_cast<const char*>(m_maximums.data()), featureByteCount});
-    for (Output& output : m_outputs) {
-        m_failed = !m_writer->write(output.file, output.buffer) || m_failed;
+    writeBatch();
+    put(Maximums, {reinterpret_cast<const char*>(m_maximums.data()), featureByteCount});
+    for (std::size_t other = kLetters; other < m_outputs.size(); ++other) {
+        const Output& output = m_outputs[other];
+        m_failed = !writeAll(output.file, output.text.data(), output.text.size()) || m_failed;
     }
     m_failed = !m_writer->finish() || m_failed;
     for (Output& output : m_outputs) {

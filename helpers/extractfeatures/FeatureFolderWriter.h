@@ -32,21 +32,54 @@ public:
     void abandon(); // begin() may follow
 
 private:
+    // The letters of so many fonts are collected and written together: as much as stays in the processor's cache.
+    static constexpr std::size_t kBatchFonts = 256;
+    static constexpr std::size_t kLetters = featurefolder::characters.size();
+
+    // Every letter has room for a batch's fonts and a little more: its distance from the next is no whole number of
+    // pages, as that would crowd all of them into the same lines of the processor's cache.
+    struct Batch
+    {
+        static constexpr std::size_t kLetterValues = (kBatchFonts + 1) * featureValueCount;
+
+        float* place(std::size_t letter) { return &values[letter * kLetterValues + fonts * featureValueCount]; }
+
+        std::vector<float> values = std::vector<float>(kLetters * kLetterValues);
+        std::size_t fonts = 0;
+    };
+
+    // The files beside those of the letters; small enough to be kept until the end. In the order in which they are put
+    // in place.
+    enum Other : std::size_t
+    {
+        Maximums = kLetters,
+        Hwi,
+        Hwe,
+        Hhe,
+        Serif,
+        Scores,
+        Info,
+        Ids
+    };
+
     struct Output
     {
         std::string name;
-        std::string buffer;
+        std::string text; // of the others
         int file = -1;
     };
 
-    Output& output(std::string_view name);
-    void put(Output& output, std::string_view bytes);
+    void addLetter(std::size_t letter, std::string_view bytes);
+    void put(Other other, std::string_view bytes) { m_outputs[other].text.append(bytes); }
+    void writeBatch();
 
     std::string m_folder;
     std::string m_workFolder;
     std::vector<Output> m_outputs; // the letters in the order of featurefolder::characters, then the others
     std::array<int, 256> m_letterOf{};
     FeatureVector m_maximums{};
+    std::array<Batch, 2> m_batches; // one is filled while the other is written
+    std::size_t m_filling = 0;
     std::unique_ptr<BackgroundWriter> m_writer;
     bool m_failed = false;
 };
