@@ -38,10 +38,11 @@ LetterBitmap bitmapOf(krv::FaceRaster& raster, char character)
     for (int cell = 0; cell < BitmapSide * BitmapSide; ++cell) {
         const float left = ink.boxLeft() + width * float(cell % BitmapSide);
         const float top = ink.boxTop() + height * float(cell / BitmapSide);
-        for (int y = int(top); y < std::min(int(std::ceil(top + height)), ink.rows()); ++y) {
+        for (int y = int(top); y < std::min(int(std::ceil(top + height)), ink.grid().rows()); ++y) {
             const float rows = overlap(y, top, top + height);
-            for (int x = int(left); x < std::min(int(std::ceil(left + width)), ink.columns()); ++x)
-                bitmap[std::size_t(cell)] += rows * overlap(x, left, left + width) * ink.row(y)[x];
+            for (int x = int(left); x < std::min(int(std::ceil(left + width)), ink.grid().columns()); ++x)
+                bitmap[std::size_t(cell)] +=
+                    rows * overlap(x, left, left + width) * float(ink.grid().row(y)[x]) * krv::InkGrid::kUnit;
         }
         bitmap[std::size_t(cell)] /= width * height;
     }
