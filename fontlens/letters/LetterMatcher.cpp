@@ -87,7 +87,7 @@ public:
 
     QMutex mutex;
     QHash<QPair<QString, int>, QVector<int>> ids;
-    std::unique_ptr<QThread> preparing;
+    std::shared_ptr<QThread> preparing;
     std::shared_ptr<std::atomic<bool>> cancelPreparing;
 };
 
@@ -122,15 +122,22 @@ void LetterMatcher::setCandidates(const QVector<FontCandidate>& candidates)
 
 void LetterMatcher::prepare()
 {
-    const QMutexLocker locker(&m_private->mutex);
-    if (m_private->cancelPreparing)
-        *m_private->cancelPreparing = true;
-    if (m_private->preparing)
-        m_private->preparing->wait();
     const auto cancel = std::make_shared<std::atomic<bool>>(false);
-    m_private->cancelPreparing = cancel;
-    m_private->preparing.reset(QThread::create([this, cancel] { m_private->measureAll(*cancel); }));
-    m_private->preparing->start(QThread::LowestPriority);
+    std::shared_ptr<QThread> earlier;
+    const std::shared_ptr<QThread> thread(
+        QThread::create([data = m_private.get(), cancel] { data->measureAll(*cancel); }));
+    {
+        const QMutexLocker locker(&m_private->mutex);
+        if (m_private->cancelPreparing)
+            *m_private->cancelPreparing = true;
+        m_private->cancelPreparing = cancel;
+        earlier = m_private->preparing;
+        m_private->preparing = thread;
+        thread->start(QThread::LowestPriority);
+    }
+    // Cancelled, so it ends with the face it is at. Nobody else has to wait for that: the lock is free.
+    if (earlier)
+        earlier->wait();
 }
 
 bool LetterMatcher::isPreparing() const
@@ -141,9 +148,13 @@ bool LetterMatcher::isPreparing() const
 
 void LetterMatcher::waitUntilPrepared()
 {
-    const QMutexLocker locker(&m_private->mutex);
-    if (m_private->preparing)
-        m_private->preparing->wait();
+    std::shared_ptr<QThread> thread;
+    {
+        const QMutexLocker locker(&m_private->mutex);
+        thread = m_private->preparing;
+    }
+    if (thread)
+        thread->wait();
 }
 
 // Faces are opened once for as many characters as the memory allows.
