@@ -11,6 +11,8 @@
 namespace {
 
 constexpr int startTimeout = 30000;
+constexpr qint64 mostOutput = 64 * 1024 * 1024; // of a catalogue of millions
+constexpr int mostComplaint = 512;
 
 QString yesNo(bool exists)
 {
@@ -75,6 +77,8 @@ KrvSimilarityWrapper::KrvSimilarityWrapper(const KrvSimilarityWrapper& other)
     , m_databaseType(other.m_databaseType)
     , m_repository(other.m_repository)
     , m_features(other.m_features)
+    , m_extractionLimit(other.m_extractionLimit)
+    , m_searchLimit(other.m_searchLimit)
 {
     initialise();
 }
@@ -92,6 +96,12 @@ void KrvSimilarityWrapper::initialise()
     qRegisterMetaType<KrvSimilarityWrapper::Request>("KrvSimilarityWrapper::Request");
     qRegisterMetaType<KrvSimilarityWrapper::Result>("KrvSimilarityWrapper::Result");
     qRegisterMetaType<QProcess::ExitStatus>("QProcess::ExitStatus");
+    m_watchdog.setSingleShot(true);
+    connect(&m_watchdog, &QTimer::timeout, this, [this] {
+        qWarning("E_0_ A similarity program does not end and is killed");
+        if (m_process)
+            m_process->kill();
+    });
     connect(
         m_features.data(), &FeaturesFolder::extractionEnded, this,
         [this] {
@@ -152,6 +162,12 @@ int KrvSimilarityWrapper::requestSmartChoiceHeadline(int fontId, const QString& 
 bool KrvSimilarityWrapper::clearFeatures()
 {
     return m_features->clear();
+}
+
+void KrvSimilarityWrapper::setTimeLimits(int extractionMilliseconds, int searchMilliseconds)
+{
+    m_extractionLimit = extractionMilliseconds;
+    m_searchLimit = searchMilliseconds;
 }
 
 int KrvSimilarityWrapper::catalogueSize() const
@@ -242,7 +258,7 @@ void KrvSimilarityWrapper::extract()
     if (!m_databasePassword.isEmpty())
         arguments << QStringLiteral("-p") << m_databasePassword;
     qDebug("M_3_ Start extracting features: \"%s\"", qUtf8Printable(m_extractFeaturesApp));
-    startProcess(m_extractFeaturesApp, arguments);
+    startProcess(m_extractFeaturesApp, arguments, m_extractionLimit);
 }
 
 int KrvSimilarityWrapper::search(const Request& request)
@@ -264,17 +280,20 @@ int KrvSimilarityWrapper::search(const Request& request)
                              QStringLiteral("-m"), request.mode};
     if (!request.inIds.isEmpty())
         arguments << QStringLiteral("--stdininids");
-    startProcess(m_findSimilarApp, arguments);
+    startProcess(m_findSimilarApp, arguments, m_searchLimit);
     if (!request.inIds.isEmpty())
         m_process->write(request.inIds.toUtf8() + '\n');
     m_process->closeWriteChannel();
     return Success;
 }
 
-void KrvSimilarityWrapper::startProcess(const QString& program, const QStringList& arguments)
+void KrvSimilarityWrapper::startProcess(const QString& program, const QStringList& arguments, int timeLimit)
 {
     dropProcess();
     m_process = new QProcess;
+    m_complaint.clear();
+    connect(m_process, &QProcess::readyReadStandardOutput, this, &KrvSimilarityWrapper::onOutput);
+    connect(m_process, &QProcess::readyReadStandardError, this, &KrvSimilarityWrapper::onOutput);
     connect(m_process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this,
             &KrvSimilarityWrapper::onProcessFinished, Qt::QueuedConnection);
     m_elapsed.start();
@@ -284,11 +303,24 @@ void KrvSimilarityWrapper::startProcess(const QString& program, const QStringLis
                  qUtf8Printable(m_process->errorString()));
         // No end follows for a process that never began.
         QMetaObject::invokeMethod(this, &KrvSimilarityWrapper::onStartFailed, Qt::QueuedConnection);
+        return;
     }
+    m_watchdog.start(timeLimit);
+}
+
+void KrvSimilarityWrapper::onOutput()
+{
+    if (!m_process)
+        return;
+    m_complaint += m_process->readAllStandardError();
+    m_complaint.truncate(mostComplaint);
+    if (m_process->bytesAvailable() > mostOutput)
+        m_process->kill();
 }
 
 void KrvSimilarityWrapper::dropProcess()
 {
+    m_watchdog.stop();
     if (!m_process)
         return;
     m_process->disconnect(this);
@@ -315,7 +347,7 @@ void KrvSimilarityWrapper::onProcessFinished(int exitcode, QProcess::ExitStatus 
     const bool succeeded = status == QProcess::NormalExit && exitcode == 0;
     const QByteArray output = m_process->readAllStandardOutput();
     qDebug("M_3_ The program ended with %d after %lld ms %s", exitcode, m_elapsed.elapsed(),
-           m_process->readAllStandardError().trimmed().constData());
+           m_complaint.simplified().constData());
     if (mode() == Extracting)
         onExtractionEnded();
     else if (mode() == Searching)

@@ -8,6 +8,7 @@
 #include <QReadWriteLock>
 #include <QSharedPointer>
 #include <QString>
+#include <QTimer>
 #include <QVariant>
 
 class FeaturesFolder;
@@ -77,6 +78,8 @@ public:
 
     // Deletes the feature files, so that the next request has them made anew; any thread. True when all are gone.
     bool clearFeatures();
+    // A program that runs longer is killed, and so is one that writes without end.
+    void setTimeLimits(int extractionMilliseconds, int searchMilliseconds);
     // Fonts in the catalogue, those included that a collection may not hold.
     int catalogueSize() const;
 
@@ -103,7 +106,8 @@ private:
     void startNext();
     void extract();
     int search(const Request& request);
-    void startProcess(const QString& program, const QStringList& arguments);
+    void startProcess(const QString& program, const QStringList& arguments, int timeLimit);
+    void onOutput();
     void dropProcess();
     void onStartFailed();
     void onExtractionEnded();
@@ -122,6 +126,10 @@ private:
     const QSharedPointer<FeaturesFolder> m_features;
     int m_mode = Idle;
     QProcess* m_process = nullptr;
+    QByteArray m_complaint; // of the running program, its beginning
+    QTimer m_watchdog;
+    int m_extractionLimit = 600000;
+    int m_searchLimit = 60000;
     QElapsedTimer m_elapsed;
     int m_searchedGeneration = 0; // of the folder when the search began
     bool m_isRetry = false;

@@ -82,6 +82,9 @@ private slots:
     void answersInTheOrderOfAsking();
     void namesErrors_data();
     void namesErrors();
+    void endsProgramsThatDoNot_data();
+    void endsProgramsThatDoNot();
+    void namesAFolderThatCannotBe();
     void rebuildsAClearedFolder();
     void rebuildsAFolderFoundDamaged();
     void extractsOnceForSeveral();
@@ -175,6 +178,56 @@ void SimilarityWrapperTest::namesErrors()
     // The next request is not held up.
     programs.ask(&answered);
     QCOMPARE(answered, error);
+}
+
+void SimilarityWrapperTest::endsProgramsThatDoNot_data()
+{
+    QTest::addColumn<QByteArray>("extraction");
+    QTest::addColumn<QByteArray>("search");
+    QTest::addColumn<int>("searchLimit");
+    QTest::addColumn<int>("error");
+    const QByteArray good;
+    const QByteArray sleeping("exec sleep 1000\n");
+    QTest::newRow("extraction sleeps") << sleeping << good << 100000 << int(KrvSimilarityWrapper::FeaturesNotReady);
+    QTest::newRow("search sleeps") << good << sleeping << 200 << int(KrvSimilarityWrapper::SearchFailed);
+    QTest::newRow("search babbles") << good << QByteArray("exec yes babble\n") << 100000
+                                    << int(KrvSimilarityWrapper::SearchFailed);
+    QTest::newRow("search complains for ever")
+        << good << QByteArray("exec yes babble >&2\n") << 500 << int(KrvSimilarityWrapper::SearchFailed);
+}
+
+void SimilarityWrapperTest::endsProgramsThatDoNot()
+{
+    QFETCH(QByteArray, extraction);
+    QFETCH(QByteArray, search);
+    QFETCH(int, searchLimit);
+    QFETCH(int, error);
+    FakePrograms programs;
+    if (!extraction.isEmpty())
+        programs.setExtraction(extraction);
+    if (!search.isEmpty())
+        programs.setSearch(search);
+    programs.wrapper->setTimeLimits(extraction.isEmpty() ? 100000 : 200, searchLimit);
+    int answered = -1;
+    QVERIFY(programs.ask(&answered).isEmpty());
+    QCOMPARE(answered, error);
+    // What comes after it is answered as ever.
+    programs.setSearch(programs.search("7:0\n"));
+    writeFile(programs.path("features/ids.bin"), QByteArray());
+    QCOMPARE(programs.ask(&answered), QList<Match>({{7, 0.0}}));
+}
+
+void SimilarityWrapperTest::namesAFolderThatCannotBe()
+{
+    FakePrograms programs;
+    QDir(programs.path("features")).removeRecursively();
+    writeFile(programs.path("features"), "a file");
+    int answered = -1;
+    programs.ask(&answered);
+    QCOMPARE(answered, int(KrvSimilarityWrapper::ExtractionUnavailable));
+    QFile::remove(programs.path("features"));
+    programs.ask(&answered);
+    QCOMPARE(answered, int(KrvSimilarityWrapper::Success));
 }
 
 void SimilarityWrapperTest::rebuildsAClearedFolder()
