@@ -29,10 +29,10 @@ int marginOf(int side)
     return (side + 23) / 24;
 }
 
-// How far a span must move to lie in a square of this side and clear of its edges.
+// How far a span must move to lie in a square of this side, clear of its edges if it is short enough.
 int shiftInto(int first, int last, int side)
 {
-    const int lowest = marginOf(side);
+    const int lowest = qBound(0, (side - (last - first + 1)) / 2, marginOf(side));
     const int highest = side - 1 - lowest;
     if (first < lowest)
         return lowest - first;
@@ -165,7 +165,7 @@ QImage CharacterMapFont::render(uint character, int pixels)
     }
     const unsigned int glyph = m_file->glyphIndexOf(character);
     const QRect box = KrvFontMetrics(m_file.get()).glyphBox(glyph);
-    const double excess = double(qMax(box.width(), box.height())) / qMax(1, pixels - 2 * marginOf(pixels));
+    const double excess = double(qMax(box.width(), box.height())) / pixels;
     const int side = int(std::ceil(pixels * qBound(1.0, excess, maximumShrinking)));
 
     QImage image(side, side, QImage::Format_ARGB32_Premultiplied);

@@ -1,6 +1,6 @@
 #include "qtService/ui/details/CharacterMapItemDelegate.h"
 
-#include "qtService/ui/details/ImageTint.h"
+#include "qtService/ui/details/DetailsStyle.h"
 #include "qtService/ui/details/KrvCharacterMapModel.h"
 #include "qtService/ui/window/Palette.h"
 

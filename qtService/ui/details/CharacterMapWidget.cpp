@@ -1,9 +1,11 @@
 #include "qtService/ui/details/CharacterMapWidget.h"
 
+#include "qtService/ui/details/CharacterMapAccessible.h"
 #include "qtService/ui/details/CharacterMapItemDelegate.h"
 #include "qtService/ui/details/GlyphPreviewWidget.h"
 #include "qtService/ui/details/KrvCharacterMapModel.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QClipboard>
 #include <QElapsedTimer>
@@ -27,6 +29,7 @@ CharacterMapWidget::CharacterMapWidget(QWidget* parent)
     , m_delegate(new CharacterMapItemDelegate(this))
     , m_preview(new GlyphPreviewWidget(viewport()))
 {
+    CharacterMapAccessible::install();
     setItemDelegate(m_delegate);
     setMouseTracking(true);
     viewport()->setMouseTracking(true);
@@ -85,6 +88,16 @@ void CharacterMapWidget::makeFirstCurrent()
     // The keyboard has a cell to start from; nothing is selected yet.
     if (count() > 0)
         selectionModel()->setCurrentIndex(model()->index(0, 0), QItemSelectionModel::NoUpdate);
+}
+
+void CharacterMapWidget::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    QAbstractItemView::currentChanged(current, previous);
+    if (QAccessible::isActive() && current.isValid() && hasFocus()) {
+        QAccessibleEvent event(this, QAccessible::Focus);
+        event.setChild(current.row());
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 int CharacterMapWidget::count() const

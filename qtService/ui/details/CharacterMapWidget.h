@@ -47,6 +47,7 @@ protected:
 
 protected slots:
     void updateGeometries() override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
 
 private:
     void applyFont();

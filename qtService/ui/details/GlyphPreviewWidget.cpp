@@ -1,6 +1,6 @@
 #include "qtService/ui/details/GlyphPreviewWidget.h"
 
-#include "qtService/ui/details/ImageTint.h"
+#include "qtService/ui/details/DetailsStyle.h"
 #include "qtService/ui/window/Palette.h"
 
 #include <QPainter>

@@ -64,6 +64,7 @@ void KrvCharacterMapWidget::setupUi()
     auto* row = new QHBoxLayout;
     row->setObjectName(QStringLiteral("horizontalLayout"));
     row->setContentsMargins(8, 6, 8, 6);
+    row->setSpacing(6);
     row->addWidget(rangeLabel);
     row->addWidget(m_range);
     row->addSpacing(16);

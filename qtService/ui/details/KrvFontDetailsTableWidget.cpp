@@ -4,6 +4,7 @@
 #include "qtService/management/FontGroup.h"
 #include "qtService/management/UserFontGroupList.h"
 #include "qtService/management/platform_showfile.h"
+#include "qtService/ui/details/DetailsStyle.h"
 #include "qtService/ui/fonts/FontColumn.h"
 #include "qtService/ui/fonts/FontColumnValues.h"
 
@@ -123,6 +124,7 @@ void KrvFontDetailsTableWidget::setupUi()
     m_table->horizontalHeader()->setStretchLastSection(true);
     m_table->verticalHeader()->setSectionsClickable(false);
     m_table->verticalHeader()->setHighlightSections(false);
+    m_table->verticalHeader()->setStyleSheet(ui::plainHeaderStyle());
     m_table->verticalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     m_table->verticalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_table->verticalHeader()->setMaximumSectionSize(maximumLines * fontMetrics().lineSpacing() + 8);

@@ -1,7 +1,7 @@
 #include "qtService/ui/details/KrvWaterfallWidget.h"
 
 #include "fontfile/KrvFontPainter.h"
-#include "qtService/ui/details/ImageTint.h"
+#include "qtService/ui/details/DetailsStyle.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -107,6 +107,7 @@ void KrvWaterfallWidget::setupUi()
     m_rows->verticalHeader()->setDefaultAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_rows->verticalHeader()->setHighlightSections(false);
     m_rows->verticalHeader()->setSectionsClickable(false);
+    m_rows->verticalHeader()->setStyleSheet(ui::plainHeaderStyle());
     QStringList labels;
     for (int row = 0; row < sizeCount; ++row) {
         labels.append(QString::number(sizes[row]));
@@ -118,6 +119,7 @@ void KrvWaterfallWidget::setupUi()
     auto* row = new QHBoxLayout;
     row->setObjectName(QStringLiteral("horizontalLayout"));
     row->setContentsMargins(8, 6, 8, 6);
+    row->setSpacing(6);
     row->addWidget(label);
     row->addWidget(m_text, 1);
     auto* layout = new QVBoxLayout(this);
@@ -225,7 +227,7 @@ void KrvWaterfallWidget::fillRows()
         }
         item->setData(Qt::DecorationRole, image);
         item->setData(Qt::AccessibleTextRole, tr("%1 in %2 points").arg(m_masterText).arg(sizes[row]));
-        m_rows->setRowHeight(row, qRound(image.height() / ratio) + rowSpacing);
+        m_rows->setRowHeight(row, qMax(qRound(image.height() / ratio) + rowSpacing, m_rows->fontMetrics().height()));
     }
     m_rows->setColumnWidth(0, m_master.isNull() ? 0 : qRound(m_master.width() / ratio) + 2 * leftMargin);
 }

@@ -6,6 +6,7 @@
 #include "tests/support/testtree.h"
 
 #include <QAbstractItemModelTester>
+#include <QAccessible>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QScrollBar>
@@ -184,6 +185,28 @@ private slots:
         QEvent leave(QEvent::Leave);
         QCoreApplication::sendEvent(m_map->viewport(), &leave);
         QVERIFY(preview->isHidden());
+    }
+
+    void aScreenReaderFindsTheCharacters()
+    {
+        m_model->setFont(dejaVu(), 0, {});
+        m_model->setRange(0);
+        QAccessibleInterface* list = QAccessible::queryAccessibleInterface(m_map.get());
+        QCOMPARE(list->role(), QAccessible::List);
+        QCOMPARE(list->childCount(), m_model->rowCount());
+        QAccessibleInterface* cell = list->child(33);
+        QCOMPARE(cell->role(), QAccessible::ListItem);
+        QCOMPARE(cell->text(QAccessible::Name), QStringLiteral("A 0x0041"));
+        QCOMPARE(cell->parent(), list);
+        QCOMPARE(list->indexOfChild(cell), 33);
+        const QPoint middle = cell->rect().center();
+        QCOMPARE(list->childAt(middle.x(), middle.y()), cell);
+        m_map->setFocus();
+        m_map->setCurrentIndex(m_model->index(33));
+        QVERIFY(cell->state().focused && cell->state().selected && !cell->state().offscreen);
+        m_model->setFont(QString(), 0, {});
+        QVERIFY(!cell->isValid());
+        QCOMPARE(list->childCount(), 0);
     }
 
     void brokenFilesGiveAnEmptyMap()

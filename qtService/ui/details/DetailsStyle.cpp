@@ -1,4 +1,4 @@
-#include "qtService/ui/details/ImageTint.h"
+#include "qtService/ui/details/DetailsStyle.h"
 
 #include "qtService/ui/window/Palette.h"
 
@@ -27,6 +27,13 @@ QImage tinted(QImage image, const QColor& color)
 QColor gridColor(const QPalette& palette)
 {
     return isDark(palette) ? palette.color(QPalette::Base).lighter(170) : QColor(Qt::lightGray);
+}
+
+QString plainHeaderStyle()
+{
+    return QStringLiteral("QHeaderView { background: palette(base); border: none; }"
+                          "QHeaderView::section { background: palette(base); color: palette(text); border: none;"
+                          " padding: 0px 10px 0px 8px; }");
 }
 
 } // namespace ui
