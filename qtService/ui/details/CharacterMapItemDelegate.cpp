@@ -46,10 +46,10 @@ void CharacterMapItemDelegate::paintCell(QPainter* painter, const QStyleOptionVi
     painter->setClipRect(option.rect);
     painter->fillRect(option.rect, palette.color(group, selected ? QPalette::Highlight : QPalette::Base));
 
-    // Cells share their frames: each draws its right and lower edge, and its neighbours the others.
-    const QRect frame = option.rect.adjusted(-1, -1, -1, -1);
-    painter->setPen(ui::gridColor(palette));
-    painter->drawRect(frame);
+    // Cells share their frames: each draws its right and lower edge, and its neighbours draw the others.
+    const QColor grid = ui::gridColor(palette);
+    painter->fillRect(QRect(option.rect.right(), option.rect.top(), 1, option.rect.height()), grid);
+    painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1), grid);
     if (focused) {
         painter->setPen(QPen(text, 2));
         painter->drawRect(option.rect.adjusted(1, 1, -2, -2));

@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr int drawingMsPerTurn = 12;
+constexpr int drawingMsPerTurn = 8;
 constexpr int previewDistance = 16;
 
 } // namespace
