@@ -69,6 +69,17 @@
     </message>
 </context>
 <context>
+    <name>CharacterMapWidget</name>
+    <message>
+        <source>Copy Character</source>
+        <translation>Zeichen kopieren</translation>
+    </message>
+    <message>
+        <source>Copy Code</source>
+        <translation>Code kopieren</translation>
+    </message>
+</context>
+<context>
     <name>DuplicateFontsGroup</name>
     <message>
         <source>Duplicated Fonts</source>
@@ -1128,6 +1139,33 @@ Tipp: Umschalt+Klick setzt einen Buchstaben wie i oder j zusammen</translation>
     </message>
 </context>
 <context>
+    <name>KrvCharacterMapWidget</name>
+    <message>
+        <source>Characters:</source>
+        <translation>Zeichen:</translation>
+    </message>
+    <message>
+        <source>Character range</source>
+        <translation>Zeichenbereich</translation>
+    </message>
+    <message>
+        <source>Size:</source>
+        <translation>Größe:</translation>
+    </message>
+    <message>
+        <source>Character size in pixels</source>
+        <translation>Zeichengröße in Pixeln</translation>
+    </message>
+    <message>
+        <source>Character Map</source>
+        <translation>Zeichentabelle</translation>
+    </message>
+    <message>
+        <source>All Characters</source>
+        <translation>Alle Zeichen</translation>
+    </message>
+</context>
+<context>
     <name>KrvFiltersWidget</name>
     <message>
         <source>Form</source>
@@ -1192,6 +1230,140 @@ Tipp: Umschalt+Klick setzt einen Buchstaben wie i oder j zusammen</translation>
     <message>
         <source>Filters</source>
         <translation>Filter</translation>
+    </message>
+</context>
+<context>
+    <name>KrvFontDetailsTabWidget</name>
+    <message>
+        <source>Font Details</source>
+        <translation>Einzelheiten der Schrift</translation>
+    </message>
+    <message>
+        <source>Character Map</source>
+        <translation>Zeichentabelle</translation>
+    </message>
+    <message>
+        <source>Waterfall</source>
+        <translation>Wasserfall</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Einzelheiten</translation>
+    </message>
+</context>
+<context>
+    <name>KrvFontDetailsTableWidget</name>
+    <message>
+        <source>Copy Text</source>
+        <translation>Text kopieren</translation>
+    </message>
+    <message>
+        <source>Details</source>
+        <translation>Einzelheiten</translation>
+    </message>
+    <message>
+        <source>Font Name</source>
+        <translation>Schriftname</translation>
+    </message>
+    <message>
+        <source>Style</source>
+        <translation>Schnitt</translation>
+    </message>
+    <message>
+        <source>PostScript Name</source>
+        <translation>PostScript-Name</translation>
+    </message>
+    <message>
+        <source>Filename</source>
+        <translation>Dateiname</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>Vendor</source>
+        <translation>Anbieter</translation>
+    </message>
+    <message>
+        <source>Vendor URL</source>
+        <translation>Anbieter im Netz</translation>
+    </message>
+    <message>
+        <source>Designer</source>
+        <translation>Gestalter</translation>
+    </message>
+    <message>
+        <source>Designer URL</source>
+        <translation>Gestalter im Netz</translation>
+    </message>
+    <message>
+        <source>Description</source>
+        <translation>Beschreibung</translation>
+    </message>
+    <message>
+        <source>Trademark</source>
+        <translation>Marke</translation>
+    </message>
+    <message>
+        <source>License</source>
+        <translation>Lizenz</translation>
+    </message>
+    <message>
+        <source>License URL</source>
+        <translation>Lizenz im Netz</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <source>Foundry</source>
+        <translation>Schriftgießerei</translation>
+    </message>
+    <message>
+        <source>Date Added</source>
+        <translation>Hinzugefügt am</translation>
+    </message>
+    <message>
+        <source>Other info2</source>
+        <translation>Weitere Angaben 2</translation>
+    </message>
+    <message>
+        <source>Id</source>
+        <translation>Kennung</translation>
+    </message>
+    <message>
+        <source>Bold</source>
+        <translation>Fett</translation>
+    </message>
+    <message>
+        <source>Italic</source>
+        <translation>Kursiv</translation>
+    </message>
+    <message>
+        <source>Active</source>
+        <translation>Aktiv</translation>
+    </message>
+    <message>
+        <source>Italic angle</source>
+        <translation>Kursivwinkel</translation>
+    </message>
+    <message>
+        <source>User groups</source>
+        <translation>Benutzergruppen</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Notiz</translation>
+    </message>
+    <message>
+        <source>yes</source>
+        <translation>ja</translation>
+    </message>
+    <message>
+        <source>no</source>
+        <translation>nein</translation>
     </message>
 </context>
 <context>
@@ -1905,6 +2077,29 @@ Kerval sucht nun die fehlenden Schriften und entfernt sie aus Ihrer Bibliothek.<
     <message>
         <source>What to search in</source>
         <translation>Worin gesucht wird</translation>
+    </message>
+</context>
+<context>
+    <name>KrvWaterfallWidget</name>
+    <message>
+        <source>Form</source>
+        <translation>Formular</translation>
+    </message>
+    <message>
+        <source>Sample text:</source>
+        <translation>Beispieltext:</translation>
+    </message>
+    <message>
+        <source>Sample text</source>
+        <translation>Beispieltext</translation>
+    </message>
+    <message>
+        <source>Waterfall</source>
+        <translation>Wasserfall</translation>
+    </message>
+    <message>
+        <source>%1 in %2 points</source>
+        <translation>%1 in %2 Punkt</translation>
     </message>
 </context>
 <context>

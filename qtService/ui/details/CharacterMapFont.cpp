@@ -11,8 +11,11 @@
 
 namespace {
 
-// Some 5,000 cells of the usual size, or 1,300 on a screen of twice the resolution.
-constexpr int maximumCost = 24 * 1024 * 1024;
+// Kept as coverage alone, a byte for each pixel: some 16,000 cells of the usual size. It must hold whatever is in sight
+// at once, or a map would draw for ever; this is enough for the largest cells all over a screen of 7,680 by 4,320
+// pixels.
+constexpr int maximumCost = 26 * 1024 * 1024;
+constexpr int costOfAnEntry = 512; // its key and its place in the cache
 constexpr int keepOpenMs = 1000;
 // A glyph larger than this many squares is cut.
 constexpr double maximumShrinking = 4;
@@ -137,7 +140,7 @@ QImage CharacterMapFont::keptImage(uint character, int size, double pixelRatio) 
     if (!kept)
         return QImage();
     // Sizes that come to the same pixels share a picture.
-    QImage image = *kept;
+    QImage image = kept->convertToFormat(QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(pixelRatio);
     return image;
 }
@@ -150,7 +153,8 @@ QImage CharacterMapFont::image(uint character, int size, double pixelRatio)
     image = render(character, qRound(size * pixelRatio));
     if (image.isNull())
         return image;
-    m_images.insert(imageKey(character, size, pixelRatio), new QImage(image), int(image.sizeInBytes()));
+    auto* coverage = new QImage(image.convertToFormat(QImage::Format_Alpha8));
+    m_images.insert(imageKey(character, size, pixelRatio), coverage, int(coverage->sizeInBytes()) + costOfAnEntry);
     image.setDevicePixelRatio(pixelRatio);
     return image;
 }

@@ -55,5 +55,5 @@ private:
     std::unique_ptr<KrvFontFile> m_file;
     bool m_cannotOpen = false;
     QTimer m_closing;
-    QCache<QString, QImage> m_images;
+    QCache<QString, QImage> m_images; // coverage
 };
