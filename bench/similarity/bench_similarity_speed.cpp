@@ -5,17 +5,25 @@
 #include "helpers/common/FeatureBlob.h"
 #include "helpers/common/FeatureFolderLayout.h"
 #include "helpers/shape/FaceRaster.h"
+#include "qtService/management/KrvSimilarityWrapper.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QEventLoop>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
 #include <algorithm>
 #include <cstdio>
+#include <fcntl.h>
 #include <memory>
+#include <spawn.h>
 #include <sqlite3.h>
+#include <sys/wait.h>
 #include <vector>
+
+extern char** environ;
 
 using namespace kerval::bench;
 using namespace kerval::helpers;
@@ -89,6 +97,44 @@ void run(const char* program, const QStringList& arguments)
         qFatal("%s: %s", program, process.readAllStandardError().constData());
 }
 
+// The program by itself, from start to end, without a reader for what it prints.
+void runBare(const char* program, const QStringList& arguments)
+{
+    std::vector<QByteArray> texts = {QByteArray(KERVAL_BIN_DIR "/") + program};
+    for (const QString& argument : arguments)
+        texts.push_back(argument.toLocal8Bit());
+    std::vector<char*> pointers;
+    for (QByteArray& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
+    pid_t process = 0;
+    int status = 0;
+    if (posix_spawn(&process, pointers[0], &actions, nullptr, pointers.data(), environ) != 0 ||
+        waitpid(process, &status, 0) != process || status != 0)
+        qFatal("%s failed", program);
+    posix_spawn_file_actions_destroy(&actions);
+}
+
+// From the request to the answer, by way of the program.
+void askService(KrvSimilarityWrapper& service)
+{
+    QEventLoop loop;
+    int failure = -1;
+    const auto connection = QObject::connect(&service, &KrvSimilarityWrapper::similarityDone, &loop,
+                                             [&](const auto&, const auto& result, int error) {
+                                                 failure = result.matches.isEmpty() ? -1 : error;
+                                                 loop.quit();
+                                             });
+    service.requestSimilar(4712, QStringLiteral("htlaf"), 100, QString(), QVariant());
+    loop.exec();
+    QObject::disconnect(connection);
+    if (failure != 0)
+        qFatal("the service fails to answer");
+}
+
 void readFeatureRows(const QString& path)
 {
     sqlite3* database = nullptr;
@@ -100,6 +146,22 @@ void readFeatureRows(const QString& path)
         copy.assign(static_cast<const char*>(sqlite3_column_blob(rows, 1)), std::size_t(sqlite3_column_bytes(rows, 1)));
     sqlite3_finalize(rows);
     sqlite3_close(database);
+}
+
+// The feature files' bytes without anything else: no set of them can be written in less.
+void writeBare(const QString& folder)
+{
+    const std::vector<char> bytes(1 << 18, 1);
+    std::vector<std::unique_ptr<QFile>> files;
+    for (std::size_t letter = 0; letter < featureAlphabet.size(); ++letter) {
+        files.push_back(std::make_unique<QFile>(folder + QLatin1Char('/') + QString::number(letter)));
+        if (!files.back()->open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+            qFatal("cannot write");
+    }
+    qint64 left = qint64(Fonts) * qint64(featureByteCount);
+    for (; left > 0; left -= qint64(bytes.size()))
+        for (const auto& file : files)
+            file->write(bytes.data(), std::min(left, qint64(bytes.size())));
 }
 
 // What anyone would write: map the five files, add up the squares, keep the best hundred.
@@ -170,8 +232,9 @@ void benchFace(const QStringList& files)
 
 } // namespace
 
-int main()
+int main(int argc, char** argv)
 {
+    const QCoreApplication application(argc, argv);
     const QStringList all = fontFiles(QStringLiteral("/usr/share/fonts"));
     QStringList files;
     for (int i = 0; i < all.size(); i += std::max(1, int(all.size() / 200)))
@@ -184,26 +247,48 @@ int main()
     const QString database = place.filePath(QStringLiteral("fms.db"));
     const QString folder = place.filePath(QStringLiteral("features"));
     writeCatalogue(database, surveyFonts(files));
-    compare(
-        "extract the features of 50,000 fonts", 2,
-        [&] {
-            return seconds([&] {
-                run("krvextractfeatures.exe",
-                    {QStringLiteral("--createfolder"), QStringLiteral("-d"), hexPath(database), QStringLiteral("-f"),
-                     hexPath(folder), QStringLiteral("-r"), QStringLiteral("QSQLITE"), QStringLiteral("-m"),
-                     QStringLiteral("zerocharacter")});
-            });
-        },
-        [&] { return seconds([&] { readFeatureRows(database); }); });
-    const auto query = [&](const char* method) {
+    const auto read = [&] { return seconds([&] { readFeatureRows(database); }); };
+    const auto extract = [&] {
+        QDir(folder).removeRecursively(); // as the service leaves it when fonts were added
         return seconds([&] {
-            run("krvfindsimilar.exe",
-                {QStringLiteral("-f"), hexPath(folder), QStringLiteral("-t"), QStringLiteral("htlaf"),
-                 QStringLiteral("-i"), QStringLiteral("4712"), QStringLiteral("-l"), QStringLiteral("100"),
-                 QStringLiteral("-o"), QStringLiteral("{id}:{deviance}\\n"), QStringLiteral("-m"),
-                 QLatin1String(method)});
+            run("krvextractfeatures.exe",
+                {QStringLiteral("--createfolder"), QStringLiteral("-d"), hexPath(database), QStringLiteral("-f"),
+                 hexPath(folder), QStringLiteral("-r"), QStringLiteral("QSQLITE"), QStringLiteral("-m"),
+                 QStringLiteral("zerocharacter")});
         });
     };
+    compare("extract the features of 50,000 fonts", 2, extract, read, 9);
+    const QString bare = place.filePath(QStringLiteral("bare"));
+    compare(
+        "for comparison: only write as many bytes", 2,
+        [&] {
+            QDir(bare).removeRecursively();
+            QDir().mkpath(bare);
+            return seconds([&] { writeBare(bare); });
+        },
+        read, 9);
+    QDir(bare).removeRecursively();
+    const auto arguments = [&](const char* method) {
+        return QStringList{QStringLiteral("-f"), hexPath(folder),
+                           QStringLiteral("-t"), QStringLiteral("htlaf"),
+                           QStringLiteral("-i"), QStringLiteral("4712"),
+                           QStringLiteral("-l"), QStringLiteral("100"),
+                           QStringLiteral("-o"), QStringLiteral("{id}:{deviance}\\n"),
+                           QStringLiteral("-m"), QLatin1String(method)};
+    };
+    const auto query = [&](const char* method) {
+        return seconds([&] { run("krvfindsimilar.exe", arguments(method)); });
+    };
+    KrvSimilarityWrapper service(QStringLiteral(KERVAL_BIN_DIR "/krvextractfeatures.exe"),
+                                 QStringLiteral(KERVAL_BIN_DIR "/krvfindsimilar.exe"), folder, {}, database, 1,
+                                 QString(), QString());
+    std::vector<double> added;
+    for (int i = 0; i < 15; ++i) {
+        const double served = seconds([&] { askService(service); });
+        added.push_back(served - seconds([&] { runBare("krvfindsimilar.exe", arguments("similar")); }));
+    }
+    std::nth_element(added.begin(), added.begin() + 7, added.end());
+    atMost("what the service adds to a query's program", added[7] * 1000, 5, "ms");
     float sink = 0;
     const auto plain = [&] { return seconds([&] { sink += plainSearch(folder); }); };
     compare(
