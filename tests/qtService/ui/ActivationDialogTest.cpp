@@ -122,18 +122,15 @@ private slots:
 
     void cancelLeavesTheRestAlone()
     {
-        m_ids += m_library->addFonts(400);
+        m_ids += m_library->addFonts(1500);
         FontActivationDialog dialog(m_library->service(), m_ids, PermanentlyActive, QStringLiteral("Activation"));
-        // By the first sign of progress, while hundreds are still to come.
-        auto* bar = dialog.findChild<QProgressBar*>(QStringLiteral("progressBar"));
-        connect(bar, &QProgressBar::valueChanged, &dialog, [&](int value) {
-            if (value > 0)
-                QTest::mouseClick(dialog.findChild<QPushButton*>(QStringLiteral("btnCancel")), Qt::LeftButton);
+        // At once, while hundreds are still to come.
+        QTimer::singleShot(0, &dialog, [&dialog] {
+            QTest::mouseClick(dialog.findChild<QPushButton*>(QStringLiteral("btnCancel")), Qt::LeftButton);
         });
         QCOMPARE(dialog.exec(), int(QDialog::Rejected));
-        const auto active = m_library->service()->systemFontGroups()->group(SystemFontGroupList::ActiveFonts);
-        QTRY_VERIFY(active->fontCount() > 0);
-        QVERIFY(active->fontCount() < m_ids.size());
+        const auto isActive = [this](int id) { return m_library->font(id)->activityType() != int(Inactive); };
+        QVERIFY(std::count_if(m_ids.begin(), m_ids.end(), isActive) < m_ids.size());
     }
 
 private:
