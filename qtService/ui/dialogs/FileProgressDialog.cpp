@@ -65,7 +65,10 @@ void FileProgressDialog::showProgress(int progressTotal, int progressCurrent)
 void FileProgressDialog::replaceCancelByClose()
 {
     m_buttons->addButton(QDialogButtonBox::Close);
-    m_buttons->removeButton(m_buttons->button(QDialogButtonBox::Cancel));
+    // The box lets it go; later, because it may be what was just pressed.
+    QPushButton* const cancel = m_buttons->button(QDialogButtonBox::Cancel);
+    m_buttons->removeButton(cancel);
+    cancel->deleteLater();
 }
 
 void FileProgressDialog::offerFile(const QString& filePath)
