@@ -304,7 +304,7 @@ void reportRecords(const std::vector<Face>& faces)
     atLeast("weight against OS/2 weight class, Spearman", rankCorrelation(measured, stated), 0.85, "");
 }
 
-// For fit-weights and fit-classes: a line for each face with what is known of it, and its 62 x 61 values beside.
+// For bench/similarity/fit: a line for each face with what is known of it, and its 62 x 61 values beside.
 bool writeFittingData(const std::vector<Face>& faces, const QString& path)
 {
     QFile lines(path);
@@ -378,7 +378,7 @@ double classMean(const Scores& scores, bool heldOut)
 
 } // namespace
 
-// With "--fitting-data FILE": writes what fit-weights and fit-classes read instead of measuring quality.
+// With "--fitting-data FILE": writes what bench/similarity/fit reads instead of measuring quality.
 int main(int argc, char* argv[])
 {
     const QString folder = benchFonts();

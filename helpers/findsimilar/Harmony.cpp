@@ -15,9 +15,10 @@ namespace {
 // What a face without any merit for the use costs: as much as half a step in weight and in width together.
 constexpr double kScoreWeight = 3;
 constexpr double kFurtherCut = 1.0;
-constexpr double kSuperfamilyBonus = 0.4;
-constexpr double kSameKind = 2.5;   // what a pairing of two faces of one kind costs
-constexpr double kBookWeight = 135; // hwe of an ordinary text face
+constexpr double kSuperfamilyBonus = 0.8;
+constexpr double kSameKind = 2.5;    // what a pairing of two faces of one kind costs
+constexpr double kMadeForShow = 1.5; // most such faces fit one subject, and the measures do not know which
+constexpr double kBookWeight = 135;  // hwe of an ordinary text face
 // A face this near is a cut of the same design whatever it is called.
 constexpr float kSameDesign = 0.12F;
 
@@ -86,7 +87,7 @@ double Harmony::bodyDeviance(const Traits& base, const Traits& other) const
 
 double Harmony::headlineDeviance(const Traits& base, const Traits& other) const
 {
-    const double kind = other.text && base.serif == other.serif ? 0.4 * kSameKind : 0;
+    const double kind = !other.text ? kMadeForShow : base.serif == other.serif ? 0.4 * kSameKind : 0;
     // Twice to four times the text's weight reads as a headline, faces made for show by their form at any weight.
     const double strength = std::log(std::max(other.weight, 1.0) / std::max(base.weight, 1.0));
     const double weak = std::max(0.0, 0.6 - strength) / 0.25;

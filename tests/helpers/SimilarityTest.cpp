@@ -164,6 +164,7 @@ private slots:
     void readersNeverSeeHalfASet();
     void leftoversAreCleared();
     void nearestComeFirst();
+    void nearLooksOutweighTheClass();
     void idsOnInputRestrict();
     void missingLettersAreLeftOut();
     void damagedFoldersAreMadeAgain_data();
@@ -397,6 +398,17 @@ void SimilarityTest::nearestComeFirst()
     QCOMPARE(find(folder(), "similar", 9, 10, {}, QStringLiteral("\u00e4?")).ids, QList<int>{9});
 }
 
+void SimilarityTest::nearLooksOutweighTheClass()
+{
+    m_catalogue->add(1, "Base-Regular", "Modern", 1.0F);
+    m_catalogue->add(2, "BaseOtherFormat-Regular", "Headline", 1.001F);
+    m_catalogue->add(3, "Cousin-Regular", "Modern", 1.003F);
+    m_catalogue->add(4, "Stranger-Regular", "Modern", 1.03F);
+    m_catalogue->add(5, "SlabStranger-Regular", "Classic, Serif", 1.02F);
+    QCOMPARE(extract(m_catalogue->path(), folder()).exitCode, 0);
+    QCOMPARE(find(folder(), "similar", 1).ids, (QList<int>{1, 2, 3, 4, 5}));
+}
+
 void SimilarityTest::idsOnInputRestrict()
 {
     fill();
@@ -489,6 +501,7 @@ void SimilarityTest::contrastIsOfTheOtherKind()
     m_catalogue->add(3, "OtherKind-Regular", "Classic, Serif", 1.4F);
     m_catalogue->add(4, "OtherKindBold-Bold", "Classic, Serif", 1.8F, 330);
     m_catalogue->add(5, "Icons", "Symbol", 1.2F);
+    m_catalogue->add(6, "Circus-Bold", "Headline", 1.6F, 330);
     QCOMPARE(extract(m_catalogue->path(), folder()).exitCode, 0);
     const QList<int> contrast = find(folder(), "harcont", 1).ids;
     QCOMPARE(contrast.first(), 3);
