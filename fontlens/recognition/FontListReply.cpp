@@ -20,6 +20,11 @@ bool isNearer(const FontDataPtr& left, const FontDataPtr& right)
 
 } // namespace
 
+FontListReply::FontListReply()
+    : FontRecognizerReplyBase(kLongestAnswer)
+{
+}
+
 bool FontListReply::parse(const QByteArray& data)
 {
     static const QStringList wrapped{QStringLiteral("FN"), QStringLiteral("FO"), QStringLiteral("S"),

@@ -11,6 +11,10 @@ class FontListReply : public FontRecognizerReplyBase
     Q_OBJECT
 
 public:
+    static constexpr qint64 kLongestAnswer = 16 * 1024 * 1024;
+
+    FontListReply();
+
     QList<FontDataPtr> fonts() const { return m_fonts; }
 
 protected:

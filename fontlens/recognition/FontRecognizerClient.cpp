@@ -2,6 +2,8 @@
 
 #include <QBuffer>
 #include <QFileInfo>
+#include <QHostAddress>
+#include <QNetworkProxy>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QUrlQuery>
@@ -81,6 +83,10 @@ FontRecognizerClient::FontRecognizerClient(const RecognitionUrls& urls, QObject*
     , m_urls(urls)
     , m_network(new QNetworkAccessManager(this))
 {
+    // A proxy of the user's network does not lead to this machine.
+    const QString host = QUrl(m_urls.moduleScript).host();
+    if (host == QLatin1String("localhost") || QHostAddress(host).isLoopback())
+        m_network->setProxy(QNetworkProxy::NoProxy);
     connect(&m_imageIds, &QSignalMapper::mappedString, this, &FontRecognizerClient::onImageCreated);
 }
 

@@ -1,8 +1,11 @@
 #include "fontlens/recognition/FontRecognizerReplyBase.h"
 
+#include <QNetworkAccessManager>
+
 namespace FontRecognizer {
 
-FontRecognizerReplyBase::FontRecognizerReplyBase()
+FontRecognizerReplyBase::FontRecognizerReplyBase(qint64 longestAnswer)
+    : m_longestAnswer(longestAnswer)
 {
     m_patience.setSingleShot(true);
     m_patience.setInterval(kPatienceMilliseconds);
@@ -20,9 +23,10 @@ FontRecognizerReplyBase::~FontRecognizerReplyBase()
     m_networkReply->deleteLater();
 }
 
-void FontRecognizerReplyBase::setPatience(int milliseconds)
+void FontRecognizerReplyBase::setPatience(int withoutProgress, qint64 altogether)
 {
-    m_patience.setInterval(milliseconds);
+    m_patience.setInterval(withoutProgress);
+    m_longestWait = altogether;
 }
 
 void FontRecognizerReplyBase::bind(QNetworkReply* networkReply)
@@ -30,7 +34,14 @@ void FontRecognizerReplyBase::bind(QNetworkReply* networkReply)
     m_networkReply = networkReply;
     connect(networkReply, &QNetworkReply::finished, this, &FontRecognizerReplyBase::onRequestFinished);
     connect(networkReply, &QNetworkReply::readyRead, this, &FontRecognizerReplyBase::onReadyRead);
-    connect(networkReply, &QNetworkReply::uploadProgress, &m_patience, qOverload<>(&QTimer::start));
+    connect(networkReply, &QObject::destroyed, this, &FontRecognizerReplyBase::onRequestDestroyed);
+    const auto restartPatience = [this] {
+        if (m_patience.isActive())
+            m_patience.start();
+    };
+    connect(networkReply, &QNetworkReply::uploadProgress, this, restartPatience);
+    // The manager holds requests back while as many as it likes are under way.
+    connect(networkReply->manager(), &QNetworkAccessManager::finished, this, restartPatience);
     m_patience.start();
     if (networkReply->isRunning())
         setState(Running);
@@ -47,10 +58,24 @@ void FontRecognizerReplyBase::onReadyRead()
     if (!m_networkReply)
         return;
     // Counted after decompression, which the headers tell nothing about.
-    if (m_networkReply->bytesAvailable() > kLongestAnswer)
+    if (!m_sinceFirstBytes.isValid())
+        m_sinceFirstBytes.start();
+    if (m_networkReply->bytesAvailable() > m_longestAnswer)
         giveUp(ParseFailure, QNetworkReply::NoError);
+    else if (m_sinceFirstBytes.hasExpired(m_longestWait))
+        giveUp(NetworkFailure, QNetworkReply::TimeoutError);
     else
         m_patience.start();
+}
+
+// By the client's end; a request that has finished is destroyed by nobody but this.
+void FontRecognizerReplyBase::onRequestDestroyed()
+{
+    m_patience.stop();
+    if (m_state != Running)
+        return;
+    m_networkError = QNetworkReply::OperationCanceledError;
+    setState(Aborted);
 }
 
 void FontRecognizerReplyBase::giveUp(int result, int networkError)

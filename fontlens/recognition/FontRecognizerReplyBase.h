@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QNetworkReply>
 #include <QObject>
 #include <QPointer>
@@ -12,9 +13,11 @@ namespace FontRecognizer {
 // Replies are handed out as shared pointers that delete later, so one may be dropped from inside its own signal;
 // dropping a running one aborts its request.
 //
-// What an answer may cost is bounded: one longer than 64 MiB counts as unreadable (a letter or picture of 20 MiB fits
-// several times), and one that makes no progress for 60 seconds as a network failure, twice what the service may take
-// to fetch a picture. Neither is reported as aborted, for the caller is still waiting. GUI thread only.
+// What an answer may cost is bounded. One longer than its kind ever is counts as unreadable. One that makes no progress
+// for 60 seconds, twice what the service may take to fetch a picture, counts as a network failure, and so does one that
+// trickles in for ten minutes; a request that waits for the answers of others to the same client is not late. None of
+// these is reported as aborted, for the caller is still waiting. A reply whose client goes away ends as aborted. GUI
+// thread only.
 class FontRecognizerReplyBase : public QObject
 {
     Q_OBJECT
@@ -36,10 +39,11 @@ public:
         ParseFailure = 2
     };
 
-    static constexpr qint64 kLongestAnswer = 64 * 1024 * 1024;
     static constexpr int kPatienceMilliseconds = 60 * 1000;
+    static constexpr qint64 kLongestWaitMilliseconds = 10 * 60 * 1000;
 
-    FontRecognizerReplyBase();
+    // In bytes, after decompression.
+    explicit FontRecognizerReplyBase(qint64 longestAnswer);
     ~FontRecognizerReplyBase() override;
 
     // Success until finished.
@@ -49,8 +53,8 @@ public:
     int networkError() const { return m_networkError; }
     // Owned by the reply; may be null.
     QNetworkReply* networkReply() const { return m_networkReply; }
-    // Of tests, in milliseconds.
-    void setPatience(int milliseconds);
+    // In milliseconds: without progress, and for the whole answer.
+    void setPatience(int withoutProgress, qint64 altogether = kLongestWaitMilliseconds);
 
 signals:
     void stateChanged(State state);
@@ -75,11 +79,15 @@ private:
     friend class FontRecognizerClient;
 
     void onReadyRead();
+    void onRequestDestroyed();
     void giveUp(int result, int networkError);
     void setState(State state);
 
     QPointer<QNetworkReply> m_networkReply;
+    const qint64 m_longestAnswer;
     QTimer m_patience;
+    qint64 m_longestWait = kLongestWaitMilliseconds;
+    QElapsedTimer m_sinceFirstBytes;
     State m_state = Idle;
     int m_result = Success;
     int m_networkError = QNetworkReply::NoError;

@@ -7,7 +7,8 @@
 namespace FontRecognizer {
 
 FontStoreUrlReply::FontStoreUrlReply(int fontId)
-    : m_fontId(fontId)
+    : FontRecognizerReplyBase(kLongestAnswer)
+    , m_fontId(fontId)
 {
 }
 

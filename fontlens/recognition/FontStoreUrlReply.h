@@ -13,6 +13,8 @@ class FontStoreUrlReply : public FontRecognizerReplyBase
     Q_OBJECT
 
 public:
+    static constexpr qint64 kLongestAnswer = 1024 * 1024;
+
     explicit FontStoreUrlReply(int fontId);
 
     int fontId() const { return m_fontId; }

@@ -13,6 +13,10 @@ class ImageIdReply : public FontRecognizerReplyBase
     Q_OBJECT
 
 public:
+    static constexpr qint64 kLongestAnswer = 1024 * 1024;
+
+    ImageIdReply();
+
     // Hexadecimal digits and underscores.
     QString imageId() const { return m_imageId; }
 

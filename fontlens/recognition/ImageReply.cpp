@@ -2,8 +2,24 @@
 
 #include <QBuffer>
 #include <QImageReader>
+#include <QSet>
 
 namespace FontRecognizer {
+
+namespace {
+
+bool hasHonestHeader(const QByteArray& format)
+{
+    static const QSet<QByteArray> others{"svg", "svgz", "pdf", "mng", "ico", "cur", "icns"};
+    return !format.isEmpty() && !others.contains(format);
+}
+
+} // namespace
+
+ImageReply::ImageReply()
+    : FontRecognizerReplyBase(kLongestAnswer)
+{
+}
 
 void ImageReply::setImageId(const QString& imageId)
 {
@@ -16,9 +32,10 @@ bool ImageReply::parse(const QByteArray& data)
     buffer.setData(data);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
-    // A format that cannot tell its size is decoded all the same: its own reader bounds it.
+    if (!hasHonestHeader(reader.format()))
+        return false;
     const QSize size = reader.size();
-    if (size.isValid() && qint64(size.width()) * size.height() > kMostPixels)
+    if (size.isEmpty() || qint64(size.width()) * size.height() > kMostPixels)
         return false;
     const QImage image = reader.read();
     if (image.isNull())

@@ -3,9 +3,12 @@
 #include "tests/support/testregistry.h"
 
 #include <QBuffer>
+#include <QNetworkProxy>
 #include <QSignalSpy>
 #include <QUrl>
 #include <QtTest>
+
+#include <memory>
 
 using namespace FontRecognizer;
 
@@ -23,15 +26,29 @@ QImage picture(QSize size = QSize(12, 7), QColor colour = Qt::blue)
     return image;
 }
 
-// The header of a huge picture, without its pixels.
-QByteArray hugeBmp()
+QByteArray bytesOf(const QImage& image, const char* format)
 {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    picture().save(&buffer, "BMP");
+    image.save(&buffer, format);
+    return bytes;
+}
+
+// The header of a huge picture, without its pixels.
+QByteArray hugeBmp()
+{
+    QByteArray bytes = bytesOf(picture(), "BMP");
     bytes.replace(18, 8, QByteArray::fromHex("ffff0000ffff0000"));
     return bytes;
+}
+
+// Such a drawing of a few kilobytes may unpack to gigabytes; this one is small.
+QByteArray compressedDrawing()
+{
+    return QByteArray::fromBase64(
+        "H4sIAAAAAAACA7MpLktXqMjNySu2VcooKSmw0tcvLy/"
+        "XKzfWyy9K1zcyMDDQB6pQUijPTCnJsFWyVFLISM1MzygBMe1silKTS2BSpggpUyV9OxuQPjsAYNGk1V8AAAA=");
 }
 
 bool finishes(const Reply& reply)
@@ -67,6 +84,9 @@ private slots:
         QCOMPARE(upload.header("User-Agent"), QByteArray("Kerval/1.0"));
         QCOMPARE(upload.header("Content-Type"), QByteArray("multipart/form-data, boundary=AaB03x"));
         QCOMPARE(upload.header("Content-Length"), QByteArray::number(upload.body.size()));
+        for (const char* once :
+             {"\r\naccept:", "\r\nhost:", "\r\nuser-agent:", "\r\ncontent-type:", "\r\ncontent-length:"})
+            QCOMPARE(upload.head.toLower().count(once), 1);
 
         const QByteArray fileHead = "--AaB03x\r\nContent-disposition: form-data; name=\"uploadedfile\"; "
                                     "filename=\"my.photo.png\"\r\nContent-Type: image/png\r\n\r\n";
@@ -246,10 +266,13 @@ private slots:
         QTest::newRow("no HTTP") << QByteArray("hello\r\n\r\n") << int(Reply::NetworkFailure);
         QTest::newRow("wrong type") << Server::page("<html></html>", "image/png").bytes << int(Reply::ParseFailure);
         QTest::newRow("10 MB of nothing") << Server::page(QByteArray(10 << 20, '\0')).bytes << int(Reply::ParseFailure);
-        QTest::newRow("more than is held")
-            << Server::page(QByteArray(int(Reply::kLongestAnswer) + (4 << 20), 'x')).bytes << int(Reply::ParseFailure);
+        QTest::newRow("10 MB that are no HTTP") << QByteArray(10 << 20, '\0') << int(Reply::NetworkFailure);
         QTest::newRow("a picture that claims gigabytes")
             << Server::page(hugeBmp(), "image/bmp").bytes << int(Reply::ParseFailure);
+        QTest::newRow("a compressed drawing")
+            << Server::page(compressedDrawing(), "image/svg+xml").bytes << int(Reply::ParseFailure);
+        QTest::newRow("a picture in a wrapper")
+            << Server::page(bytesOf(picture(), "ICO"), "image/x-icon").bytes << int(Reply::ParseFailure);
     }
 
     void brokenAnswersAreTold()
@@ -267,6 +290,57 @@ private slots:
         QVERIFY(reply->image().isNull());
         QCoreApplication::processEvents();
         QCOMPARE(finished.count(), 1);
+    }
+
+    void picturesOfAllOrdinaryFormatsAreRead()
+    {
+        for (const char* format : {"PNG", "JPG", "BMP", "PPM", "XPM"}) {
+            Server server;
+            server.setScript(
+                [format](const Server::Request&) { return Server::page(bytesOf(picture(), format), "text/html"); });
+            FontRecognizerClient client{RecognitionUrls(server.host())};
+            const ImageReplyPtr reply = client.renderPreview(1, 20, QStringLiteral("a"));
+            QVERIFY(finishes(*reply));
+            QVERIFY2(reply->result() == Reply::Success, format);
+            QCOMPARE(reply->image().size(), picture().size());
+        }
+    }
+
+    // Nothing is kept of what never ends, and the service is let go.
+    void endlessAnswersAreCutOff()
+    {
+        Server server;
+        server.setScript([](const Server::Request&) { return Server::endless(); });
+        QSignalSpy abandoned(&server, &Server::abandoned);
+        FontRecognizerClient client{RecognitionUrls(server.host())};
+        const QList<QSharedPointer<Reply>> replies{client.renderPreview(1, 20, QStringLiteral("a")),
+                                                   client.findSimilarFonts({}), client.getFontStoreUrl(1),
+                                                   client.selectLetter(QStringLiteral("1"), {QPoint()}, 0, 30, {})};
+        for (const auto& reply : replies) {
+            const bool f = finishes(*reply);
+            qWarning() << "DBG" << f << reply->state()
+                       << (reply->networkReply() ? reply->networkReply()->bytesAvailable() : -1) << server.targets();
+            QVERIFY2(finishes(*reply), reply->metaObject()->className());
+            QCOMPARE(reply->result(), int(Reply::ParseFailure));
+            QCOMPARE(reply->networkError(), 0);
+        }
+        QTRY_COMPARE(abandoned.count(), replies.size());
+    }
+
+    void tricklingAnswersAreCutOff()
+    {
+        Server server;
+        server.setScript([](const Server::Request&) {
+            Server::Answer answer = Server::endless();
+            answer.repeated = "x";
+            return answer;
+        });
+        FontRecognizerClient client{RecognitionUrls(server.host())};
+        const auto reply = client.renderPreview(1, 20, QStringLiteral("a"));
+        reply->setPatience(kNoReply, 1);
+        QVERIFY(finishes(*reply));
+        QCOMPARE(reply->result(), int(Reply::NetworkFailure));
+        QCOMPARE(reply->networkError(), int(QNetworkReply::TimeoutError));
     }
 
     void failedFirstStepEndsTheJob()
@@ -288,6 +362,20 @@ private slots:
         const auto reply = nobody.renderPreview(1, 20, QStringLiteral("a"));
         QVERIFY(finishes(*reply));
         QCOMPARE(reply->result(), int(Reply::NetworkFailure));
+    }
+
+    // The service of this machine is reached however the user's network goes out into the world.
+    void noProxyStandsBeforeThisMachine()
+    {
+        Server server;
+        server.setScript([](const Server::Request&) { return Server::png(picture()); });
+        QNetworkProxy::setApplicationProxy({QNetworkProxy::HttpProxy, QStringLiteral("127.0.0.1"), 9});
+        FontRecognizerClient client{RecognitionUrls(server.host())};
+        const auto reply = client.renderPreview(1, 20, QStringLiteral("a"));
+        const bool done = finishes(*reply);
+        QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+        QVERIFY(done);
+        QCOMPARE(reply->result(), int(Reply::Success));
     }
 
     void abortedReplyNeverFinishes()
@@ -349,20 +437,52 @@ private slots:
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    // Each of two jobs gets its own picture, whichever the service finishes first.
+    void clientMayGoBeforeItsReplies()
+    {
+        Server server;
+        auto client = std::make_unique<FontRecognizerClient>(RecognitionUrls(server.host()));
+        const auto running = client->renderPreview(1, 20, QStringLiteral("a"));
+        const auto idle = client->selectLetter(QStringLiteral("1"), {QPoint()}, 0, 30, {});
+        QSignalSpy finished(running.data(), &Reply::finished);
+        QTRY_COMPARE(server.requests().size(), 2);
+        client.reset();
+        QCOMPARE(int(running->state()), int(Reply::Aborted));
+        QCOMPARE(int(idle->state()), int(Reply::Idle));
+        running->abort();
+        QCOMPARE(finished.count(), 0);
+    }
+
+    void clientMayGoInsideASignalOfItsReply()
+    {
+        Server server;
+        server.setScript([](const Server::Request&) { return Server::png(picture()); });
+        auto client = std::make_unique<FontRecognizerClient>(RecognitionUrls(server.host()));
+        const auto reply = client->renderPreview(1, 20, QStringLiteral("a"));
+        connect(reply.data(), &Reply::finished, this, [&client] { client.reset(); });
+        QTRY_VERIFY(!client);
+        QCOMPARE(int(reply->state()), int(Reply::Finished));
+        QCOMPARE(reply->image().size(), picture().size());
+    }
+
+    // Each of two jobs gets its own picture when the service finishes the later one first.
     void jobsDoNotMix()
     {
         Server server;
         server.setScript([](const Server::Request& request) {
             const QByteArray target = request.target();
-            if (target.contains("getimg"))
-                return Server::png(picture(target.contains("imgid=aa") ? QSize(1, 1) : QSize(2, 2)));
-            return Server::page(target.contains("imgid=1&") ? "aa" : "bb");
+            if (!target.contains("getimg"))
+                return Server::silence();
+            return Server::png(picture(target.contains("imgid=aa") ? QSize(1, 1) : QSize(2, 2)));
         });
         FontRecognizerClient client{RecognitionUrls(server.host())};
         const auto first = client.selectLetter(QStringLiteral("1"), {QPoint()}, 0, 30, {});
         const auto second = client.selectLetter(QStringLiteral("2"), {QPoint()}, 0, 30, {});
+        QTRY_COMPARE(server.requests().size(), 2);
+        const int ofFirst = server.targets().first().contains("imgid=1&") ? 0 : 1;
+        server.answer(1 - ofFirst, Server::page("bb"));
         QVERIFY(finishes(*second));
+        QCOMPARE(int(first->state()), int(Reply::Idle));
+        server.answer(ofFirst, Server::page("aa"));
         QVERIFY(finishes(*first));
         QCOMPARE(first->image().size(), QSize(1, 1));
         QCOMPARE(second->image().size(), QSize(2, 2));

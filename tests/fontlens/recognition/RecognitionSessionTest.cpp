@@ -212,6 +212,32 @@ private slots:
         QCOMPARE(session.lastResult(), 0);
     }
 
+    // The letter may go while its new shape is on the way.
+    void extendingADiscardedLetterFails()
+    {
+        Service service;
+        QVERIFY(service.open());
+        QVERIFY(service.select(QPoint(1, 1)));
+        QSignalSpy extended(&service.session, &FontRecognizerSession::extendLastSelectedLetterFinished);
+        service.session.extendLastSelectedLetter(QPoint(2, 2), 0, 30);
+        service.session.discardLetter(0);
+        QVERIFY(extended.wait());
+        QCOMPARE(extended.first().first().toBool(), false);
+        QCOMPARE(service.session.letterCount(), 0);
+    }
+
+    void droppedRequestsAreNotTold()
+    {
+        Service service;
+        QVERIFY(service.open());
+        QSignalSpy selected(&service.session, &FontRecognizerSession::selectLetterFinished);
+        service.session.selectLetter(QPoint(1, 1), 0, 30);
+        service.session.dropRequests();
+        QVERIFY(service.select(QPoint(2, 2)));
+        QCOMPARE(selected.count(), 1);
+        QCOMPARE(pointsOf(service.session.letter(0)), (QList<QPoint>{QPoint(2, 2)}));
+    }
+
     void endingTheSessionDropsItsRequests()
     {
         Server server;

@@ -71,6 +71,17 @@ ScriptedRecognitionServer::Answer ScriptedRecognitionServer::earlyClose()
     return {"HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\nonly this", false};
 }
 
+ScriptedRecognitionServer::Answer ScriptedRecognitionServer::endless()
+{
+    return {"HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\n\r\n", true, QByteArray(64 * 1024, 'x')};
+}
+
+void ScriptedRecognitionServer::answer(int request, const Answer& answer)
+{
+    if (QTcpSocket* socket = m_sockets.value(request))
+        write(socket, answer);
+}
+
 void ScriptedRecognitionServer::accept()
 {
     while (QTcpSocket* socket = nextPendingConnection()) {
@@ -78,7 +89,8 @@ void ScriptedRecognitionServer::accept()
         connect(socket, &QTcpSocket::disconnected, this, [this, socket] {
             m_buffers.remove(socket);
             socket->deleteLater();
-            emit abandoned();
+            if (!m_closed.remove(socket))
+                emit abandoned();
         });
     }
 }
@@ -95,9 +107,23 @@ void ScriptedRecognitionServer::read(QTcpSocket* socket)
         return;
     buffer.clear();
     m_requests.append(request);
+    m_sockets.append(socket);
     emit requested();
-    const Answer answer = m_script(request);
+    write(socket, m_script(request));
+}
+
+void ScriptedRecognitionServer::write(QTcpSocket* socket, const Answer& answer)
+{
     socket->write(answer.bytes);
-    if (!answer.stayOpen)
+    if (!answer.repeated.isEmpty()) {
+        const auto goOn = [socket, repeated = answer.repeated] {
+            if (socket->bytesToWrite() < repeated.size())
+                socket->write(repeated);
+        };
+        connect(socket, &QTcpSocket::bytesWritten, this, goOn);
+        goOn();
+    } else if (!answer.stayOpen) {
+        m_closed.insert(socket);
         socket->disconnectFromHost();
+    }
 }

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QList>
 #include <QPointer>
+#include <QSet>
 #include <QTcpServer>
 #include <QTcpSocket>
 #include <functional>
@@ -25,11 +26,13 @@ public:
         QByteArray header(const QByteArray& name) const; // without regard to case; null when absent
     };
 
-    // What goes over the wire. Nothing more is sent; the connection is closed unless it is to stay open.
+    // What goes over the wire. Then the connection is closed, unless it is to stay open or there is something to
+    // repeat, which is sent until the client has enough.
     struct Answer
     {
         QByteArray bytes;
         bool stayOpen = false;
+        QByteArray repeated = {};
     };
 
     using Script = std::function<Answer(const Request& request)>;
@@ -42,11 +45,15 @@ public:
     const QList<Request>& requests() const { return m_requests; }
     QList<QByteArray> targets() const;
 
+    // Answers a request that the script has left open.
+    void answer(int request, const Answer& answer);
+
     static Answer page(const QByteArray& body, const QByteArray& contentType = "text/plain",
                        const QByteArray& status = "200 OK");
     static Answer png(const QImage& image);
     static Answer silence();
     static Answer earlyClose();
+    static Answer endless();
 
 signals:
     void requested();
@@ -56,8 +63,11 @@ signals:
 private:
     void accept();
     void read(QTcpSocket* socket);
+    void write(QTcpSocket* socket, const Answer& answer);
 
     Script m_script;
     QList<Request> m_requests;
+    QList<QPointer<QTcpSocket>> m_sockets; // of the requests
     QHash<QTcpSocket*, QByteArray> m_buffers;
+    QSet<QTcpSocket*> m_closed; // by this end
 };
