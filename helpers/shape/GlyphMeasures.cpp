@@ -33,15 +33,19 @@ void measureCosines(const GlyphInk& ink, GlyphMeasures& measures)
     }
     const auto rows = static_cast<std::size_t>(grid.rows());
     std::array<Line, across> sums; // of each row
+    Line pixels;
     for (std::size_t y = 0; y < rows; ++y) {
         const std::uint8_t* row = grid.row(static_cast<int>(y));
+        for (std::size_t x = 0; x < columns; ++x) {
+            pixels[x] = row[x];
+        }
         float none = 0;
         float once = 0;
         float twice = 0;
         float thrice = 0;
 #pragma omp simd reduction(+ : none, once, twice, thrice)
         for (std::size_t x = 0; x < columns; ++x) {
-            const float pixel = row[x];
+            const float pixel = pixels[x];
             none += pixel;
             once += pixel * one[x];
             twice += pixel * two[x];

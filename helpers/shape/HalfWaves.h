@@ -12,7 +12,7 @@ namespace krv {
 class HalfWaves
 {
 public:
-    static constexpr std::size_t kBlock = 16;
+    static constexpr std::size_t kBlock = 8;
 
     // `first` is the first place, measured from the box's begin; at most the longest side of a grid and one more.
     HalfWaves(int count, float first, float length);

@@ -54,6 +54,8 @@ private:
     std::size_t m_count = 0;
     std::array<std::uint16_t, kMost> m_upper; // two pixels each, the left one in the low byte
     std::array<std::uint16_t, kMost> m_lower;
+    std::array<float, kMost> m_x; // of the gradient, in half steps of grey
+    std::array<float, kMost> m_y;
     std::array<float, kMost> m_across;
     std::array<float, kMost> m_down;
 };
@@ -61,6 +63,13 @@ private:
 KRV_VECTOR_CLONES
 void PassedCorners::addUp(GlyphMeasures& sums, float& slantWeight)
 {
+    // By itself: a loop over small numbers and large ones takes too many of the large ones at a time.
+    for (std::size_t i = 0; i < m_count; ++i) {
+        const int falling = (m_lower[i] >> 8) - (m_upper[i] & 0xFF);
+        const int rising = (m_upper[i] >> 8) - (m_lower[i] & 0xFF);
+        m_x[i] = static_cast<float>(falling + rising);
+        m_y[i] = static_cast<float>(falling - rising);
+    }
     float length = 0;
     float slant = 0;
     float steepLength = 0;
@@ -73,10 +82,8 @@ void PassedCorners::addUp(GlyphMeasures& sums, float& slantWeight)
                                sin2Across, sin2Across2, sin2Down, sin2Down2, sin2AcrossDown2, cos4Sum, cos4Down,       \
                                cos4Both, sin4Sum, sin4Across, sin4Down, sin4Both, cos6Sum, sin6Sum)
     for (std::size_t i = 0; i < m_count; ++i) {
-        const int falling = (m_lower[i] >> 8) - (m_upper[i] & 0xFF);
-        const int rising = (m_upper[i] >> 8) - (m_lower[i] & 0xFF);
-        const auto x = static_cast<float>(falling + rising); // the gradient in half steps of grey
-        const auto y = static_cast<float>(falling - rising);
+        const float x = m_x[i];
+        const float y = m_y[i];
         const float square = x * x + y * y;
         const float strength = square > kFaintestEdge ? std::sqrt(square) : 0.0F;
         const float inverse = 1 / std::max(square, 1.0F);

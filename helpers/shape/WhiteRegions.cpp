@@ -1,11 +1,12 @@
 #include "helpers/shape/WhiteRegions.h"
 
+#include <utility>
+
 namespace krv {
 
 namespace {
 
 constexpr std::size_t kFewRegions = 256;
-constexpr std::size_t kFewStretches = 16;
 
 } // namespace
 
@@ -14,22 +15,21 @@ WhiteRegions::WhiteRegions(int columns)
 {
     m_parents.reserve(kFewRegions);
     m_sizes.reserve(kFewRegions);
-    m_above.reserve(kFewStretches);
-    m_current.reserve(kFewStretches);
 }
 
 void WhiteRegions::addRow(const InkBits& dark)
 {
     // Straight strokes give the same row over and over.
-    if (!m_current.empty() && dark == m_last) {
-        for (const Stretch& stretch : m_current) {
+    if (m_current->count > 0 && dark == m_last) {
+        for (std::size_t i = 0; i < m_current->count; ++i) {
+            const Stretch& stretch = m_current->stretches[i];
             m_sizes[static_cast<std::size_t>(root(stretch.region))] += stretch.end - stretch.begin;
         }
         return;
     }
     m_last = dark;
-    m_above.swap(m_current);
-    m_current.clear();
+    std::swap(m_above, m_current);
+    m_current->count = 0;
     m_next = 0;
     int begin = -1;
     for (int x = dark.nextSet(0); x < m_columns; x = dark.nextSet(begin)) {
@@ -43,12 +43,13 @@ void WhiteRegions::addRow(const InkBits& dark)
 
 void WhiteRegions::add(int begin, int end)
 {
-    while (m_next < m_above.size() && m_above[m_next].end <= begin) {
+    const Row& above = *m_above;
+    while (m_next < above.count && above.stretches[m_next].end <= begin) {
         ++m_next;
     }
     int region = -1;
-    for (std::size_t i = m_next; i < m_above.size() && m_above[i].begin < end; ++i) {
-        const int other = root(m_above[i].region);
+    for (std::size_t i = m_next; i < above.count && above.stretches[i].begin < end; ++i) {
+        const int other = root(above.stretches[i].region);
         if (region >= 0 && other != region) {
             m_parents[static_cast<std::size_t>(other)] = region;
             m_sizes[static_cast<std::size_t>(region)] += m_sizes[static_cast<std::size_t>(other)];
@@ -62,7 +63,7 @@ void WhiteRegions::add(int begin, int end)
         m_sizes.push_back(0);
     }
     m_sizes[static_cast<std::size_t>(region)] += end - begin;
-    m_current.push_back({begin, end, region});
+    m_current->add({begin, end, region});
 }
 
 std::vector<int> WhiteRegions::enclosed()

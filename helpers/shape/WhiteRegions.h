@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <vector>
 
@@ -13,6 +14,8 @@ class WhiteRegions
 {
 public:
     explicit WhiteRegions(int columns);
+    WhiteRegions(const WhiteRegions&) = delete;
+    WhiteRegions& operator=(const WhiteRegions&) = delete;
 
     // From the upper margin to the lower one; what is not set is white.
     void addRow(const InkBits& dark);
@@ -27,14 +30,24 @@ private:
         int region;
     };
 
+    // At most every other pixel of a row begins one, and the margin.
+    struct Row
+    {
+        void add(const Stretch& stretch) { stretches[count++] = stretch; }
+
+        std::array<Stretch, InkGrid::kMaximalSide / 2 + 2> stretches;
+        std::size_t count = 0;
+    };
+
     void add(int begin, int end);
     int root(int region);
 
     int m_columns;
     std::vector<int> m_parents;
     std::vector<int> m_sizes;
-    std::vector<Stretch> m_above;
-    std::vector<Stretch> m_current;
+    std::array<Row, 2> m_rows;
+    Row* m_above = &m_rows[0];
+    Row* m_current = &m_rows[1];
     std::size_t m_next = 0;
     InkBits m_last;
 };
