@@ -28,7 +28,8 @@ constexpr float sizeWeight = 2.5F;    // of squared differences of relative size
 constexpr float mostDistance = 0.12F; // of a descriptor; a letter of another construction is no worse than that
 constexpr std::array<double, 6> blurs = {0, 0.5, 0.8, 1.2, 1.7, 2.4}; // pixels of the picture
 constexpr double smallestPart = 0.03;
-constexpr int mostPixels = 1024; // of a letter's side
+constexpr double mostSquares = 1.5; // side of a square as large as the mean letter, in heights to compare at
+constexpr int mostPixels = 1024;    // of a letter's side
 constexpr std::size_t preparingBytes = 128 << 20;
 
 // A letter of the query, brought to pixels of the picture.
@@ -286,6 +287,11 @@ void LetterMatcher::Private::compare(const std::vector<AskedLetter>& letters, st
     double factor = height / typicalHeight(letters); // pixels drawn for each of the picture
     for (const AskedLetter& letter : letters)
         factor = qMin(factor, 1 / letter.unit); // letters are only ever reduced
+    // Words cut as one letter would cost as much as all others together.
+    double area = 0;
+    for (const AskedLetter& letter : letters)
+        area += double(letter.ink.width) * letter.ink.height * letter.unit * letter.unit;
+    factor = qMin(factor, mostSquares * height * std::sqrt(double(letters.size()) / area));
     std::vector<Coverage> reduced;
     for (const AskedLetter& letter : letters)
         reduced.push_back(letter.ink.reduced(factor * letter.unit));
