@@ -560,6 +560,20 @@ Bitte prüfen Sie die Zugriffsrechte von:
         <source>Not activated</source>
         <translation>Nicht aktiviert</translation>
     </message>
+    <message numerus="yes">
+        <source>%n font(s) activated</source>
+        <translation>
+            <numerusform>%n Schrift aktiviert</numerusform>
+            <numerusform>%n Schriften aktiviert</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n font(s) deactivated</source>
+        <translation>
+            <numerusform>%n Schrift deaktiviert</numerusform>
+            <numerusform>%n Schriften deaktiviert</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>FontAdder</name>

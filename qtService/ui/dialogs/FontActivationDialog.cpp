@@ -170,17 +170,19 @@ void FontActivationDialog::checkResults()
     }
     const bool hasConflicts = m_table->rowCount() > 0;
     const bool hasFailures = m_tree->topLevelItemCount() > 0;
-    if (!hasConflicts && !hasFailures) {
-        accept();
-        return;
-    }
-    m_description->setText(isActivating() ? tr("Some fonts could not be activated.")
-                                          : tr("Some fonts could not be deactivated."));
     m_bar->hide();
     m_cancel->hide();
     m_close->show();
     m_close->setDefault(true);
     m_close->setFocus();
+    if (!hasConflicts && !hasFailures) {
+        const int count = m_fontIds.size();
+        m_description->setText(isActivating() ? tr("%n font(s) activated", nullptr, count)
+                                              : tr("%n font(s) deactivated", nullptr, count));
+        return;
+    }
+    m_description->setText(isActivating() ? tr("Some fonts could not be activated.")
+                                          : tr("Some fonts could not be deactivated."));
     m_tableDescription->setText(tr("The following fonts have the name of a font that is active already:"));
     m_treeDescription->setText(isActivating() ? tr("Failed to activate the following fonts:")
                                               : tr("Failed to deactivate the following fonts:"));

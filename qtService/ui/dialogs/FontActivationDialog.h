@@ -11,8 +11,8 @@ class QPushButton;
 class QTableWidget;
 class QTreeWidget;
 
-// Switches fonts on or off, shows how far it is, and what was refused and why. It closes by itself when everything went
-// well and stays open with a report otherwise. Main thread.
+// Switches fonts on or off, shows how far it is, and what was refused and why. It stays open with its report until the
+// user closes it. Main thread.
 class FontActivationDialog : public QDialog
 {
     Q_OBJECT

@@ -7,6 +7,7 @@
 #include "qtService/ui/window/KrvFontManagerWindow.h"
 #include "tests/fontfile/sfntbuilder.h"
 #include "tests/qtService/ui/WindowLibrary.h"
+#include "tests/qtService/ui/modaldialogs.h"
 #include "tests/support/testregistry.h"
 #include "tests/support/testtree.h"
 
@@ -150,6 +151,7 @@ private slots:
         m_library->service()->removeGroup(first);
         QTRY_COMPARE(value("User groups"), QStringLiteral("Covers"));
 
+        ModalAnswers answers({ModalAnswers::pressWhenShown(QStringLiteral("btnClose"))});
         action("actionActivatePermanently")->trigger();
         QTRY_COMPARE(value("Active"), QStringLiteral("Permanently active"));
     }

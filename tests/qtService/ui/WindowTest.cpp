@@ -177,6 +177,8 @@ private slots:
     {
         selectFirst(1);
         QCOMPARE(m_library->font(m_ids.at(0))->activityType(), 0);
+        const auto close = ModalAnswers::pressWhenShown(QStringLiteral("btnClose"));
+        ModalAnswers answers({close, close});
         action("actionActivateTemporarily")->trigger();
         QTRY_COMPARE(m_library->font(m_ids.at(0))->activityType(), 1);
         sideBar()->selectGroup(SystemFontGroupList::ActiveFonts);

@@ -50,6 +50,16 @@ ModalAnswers::Answer ModalAnswers::press(const QString& buttonText)
     };
 }
 
+ModalAnswers::Answer ModalAnswers::pressWhenShown(const QString& objectName)
+{
+    return [objectName](QDialog* dialog) {
+        auto* button = dialog->findChild<QAbstractButton*>(objectName);
+        QVERIFY2(button, qPrintable(objectName));
+        QTRY_VERIFY(button->isVisible());
+        QTest::mouseClick(button, Qt::LeftButton);
+    };
+}
+
 ModalAnswers::Answer ModalAnswers::typeAndAccept(const QString& text)
 {
     return [text](QDialog* dialog) {

@@ -20,6 +20,8 @@ public:
     int given() const { return m_given; }
 
     static Answer press(const QString& buttonText);
+    // Once the button with this object name is there to be pressed.
+    static Answer pressWhenShown(const QString& objectName);
     static Answer typeAndAccept(const QString& text);
 
 protected:
