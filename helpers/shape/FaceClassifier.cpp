@@ -112,20 +112,31 @@ Odds shapeOdds(const Features& features)
     return odds;
 }
 
-bool hasWord(const std::string& names, std::initializer_list<std::string_view> words)
+// The names' words in lower case, each behind a blank: "NotoSans-SemiCondensed" becomes " noto sans semi condensed".
+// The "icon" across a joint of two words is none then.
+std::string wordsOfNames(FT_Face face)
 {
-    return std::any_of(words.begin(), words.end(),
-                       [&names](std::string_view word) { return names.find(word) != std::string::npos; });
+    const char* postScriptName = FT_Get_Postscript_Name(face);
+    const std::string names =
+        std::string(face->family_name ? face->family_name : "") + ' ' + (postScriptName ? postScriptName : "");
+    const auto is = [&names](std::size_t index, int (*kind)(int)) {
+        return index < names.size() && kind(static_cast<unsigned char>(names[index])) != 0;
+    };
+    std::string words;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const bool begins = !is(i - 1, std::isalpha) || (is(i, std::isupper) && is(i - 1, std::islower)) ||
+                            (is(i, std::isupper) && is(i + 1, std::islower));
+        words += i == 0 || begins ? " " : "";
+        words += static_cast<char>(std::tolower(static_cast<unsigned char>(names[i])));
+    }
+    return words;
 }
 
-std::string lowerCaseNames(FT_Face face)
+bool hasWord(const std::string& words, std::initializer_list<std::string_view> beginnings)
 {
-    std::string names = face->family_name ? face->family_name : "";
-    const char* postScriptName = FT_Get_Postscript_Name(face);
-    names += postScriptName ? std::string(" ") + postScriptName : std::string();
-    std::transform(names.begin(), names.end(), names.begin(),
-                   [](unsigned char character) { return static_cast<char>(std::tolower(character)); });
-    return names;
+    return std::any_of(beginnings.begin(), beginnings.end(), [&words](std::string_view beginning) {
+        return words.find(' ' + std::string(beginning)) != std::string::npos;
+    });
 }
 
 // What tables and names add to the odds. Many fonts leave PANOSE and family class at a default, so neither decides
@@ -261,17 +272,13 @@ FaceClass FaceClass::of(FT_Face face, const FaceShape& shape, const Features& fe
 {
     FaceClass result;
     Keywords keywords(result);
-    if (shape.present < kLettersToJudge) {
-        result.symbol = coversSymbolsOnly(face);
-        if (result.symbol) {
-            keywords.add(Symbol, "Symbol");
-        }
-        return result;
-    }
-    Odds odds = shapeOdds(features);
-    const std::string names = lowerCaseNames(face);
+    const LetterStatistics lower = statistics(features, 0, kCaseLetters);
+    const LetterStatistics upper = statistics(features, kCaseLetters, kCaseLetters);
+    const bool judgedByShapes = lower.count + upper.count >= kLettersToJudge;
+    Odds odds = judgedByShapes ? shapeOdds(features) : Odds{};
+    const std::string names = wordsOfNames(face);
     addStatedEvidence(face, names, odds);
-    result.symbol = odds[kSymbolOutput] > 1;
+    result.symbol = odds[kSymbolOutput] > 1 || (!judgedByShapes && coversSymbolsOnly(face));
     if (result.symbol) {
         keywords.add(Symbol, "Symbol");
         return result;
@@ -282,7 +289,10 @@ FaceClass FaceClass::of(FT_Face face, const FaceShape& shape, const Features& fe
     const bool headline = odds[kDisplayOutput] > 0;
     const bool comic = hasWord(names, {"comic"});
     result.text = !blackletter && !handwriting && !headline && !comic;
-    result.serif = odds[kSerifOutput] > (result.text ? 0.0F : 1.0F) && !blackletter && !handwriting;
+    // For a face of another script the name decides; tables alone are too often left at a default.
+    const float enough = !judgedByShapes ? 1.5F : result.text ? 0.0F : 1.0F;
+    result.serif = odds[kSerifOutput] >= enough && !blackletter && !handwriting;
+    const bool sans = result.text && !result.serif && odds[kSerifOutput] <= -enough;
     if (blackletter) {
         keywords.add(Blackletter, "Blackletter");
     }
@@ -300,7 +310,7 @@ FaceClass FaceClass::of(FT_Face face, const FaceShape& shape, const Features& fe
             keywords.add(Typewriter, "Typewriter");
         } else if (result.serif) {
             keywords.add(Classic, "Classic");
-        } else {
+        } else if (sans) {
             keywords.add(Modern, "Modern");
         }
     }
@@ -310,8 +320,6 @@ FaceClass FaceClass::of(FT_Face face, const FaceShape& shape, const Features& fe
     if (result.monospaced) {
         keywords.add(Monospace, "Monospace");
     }
-    const LetterStatistics lower = statistics(features, 0, kCaseLetters);
-    const LetterStatistics upper = statistics(features, kCaseLetters, kCaseLetters);
     const SmallLetters small = smallLetters(shape, features);
     result.ownSmallLetters = lower.count == kCaseLetters && small == SmallLetters::Own;
     if (small == SmallLetters::SmallCapitals) {
@@ -326,7 +334,7 @@ FaceClass FaceClass::of(FT_Face face, const FaceShape& shape, const Features& fe
     const auto* os2 = static_cast<TT_OS2*>(FT_Get_Sfnt_Table(face, FT_SFNT_OS2));
     const int stated = os2 && os2->panose[0] == 2 ? os2->panose[1] : 0;
     const bool believable = result.serif ? stated >= 2 && stated <= 10 : stated >= 11 && stated <= 15;
-    result.serifStyle = static_cast<unsigned char>(believable ? stated : result.serif ? 2 : result.text ? 11 : 0);
+    result.serifStyle = static_cast<unsigned char>(believable ? stated : result.serif ? 2 : sans ? 11 : 0);
     return result;
 }
 
