@@ -1873,6 +1873,14 @@ Kerval sucht nun die fehlenden Schriften und entfernt sie aus Ihrer Bibliothek.<
         <comment>Menu entry of the column that shows activity as an image</comment>
         <translation>Aktivität</translation>
     </message>
+    <message numerus="yes">
+        <source>%n fonts</source>
+        <comment>Never one</comment>
+        <translation>
+            <numerusform>%n Schrift</numerusform>
+            <numerusform>%n Schriften</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>KrvFontsViewModel</name>

@@ -2,9 +2,20 @@
 
 #include <QDataStream>
 #include <QMimeData>
+#include <QPainter>
+#include <QPixmap>
+#include <QSet>
 #include <QUrl>
+#include <QWidget>
 
 namespace fonts {
+
+namespace {
+
+constexpr int widestDragLabel = 260;
+constexpr int dragLabelMargin = 8;
+
+} // namespace
 
 QString fontIdListMimeType()
 {
@@ -22,11 +33,14 @@ QMimeData* createMimeData(const QList<StaticFontPtr>& fonts, bool hidden)
     QDataStream stream(&bytes, QIODevice::WriteOnly);
     stream << int(fonts.size());
     QList<QUrl> files;
+    QSet<QString> seen;
     for (const StaticFontPtr& font : fonts) {
         stream << font->id();
-        const QUrl url = QUrl::fromLocalFile(font->fileName());
-        if (!files.contains(url))
-            files.append(url);
+        const QString file = font->fileName();
+        if (seen.contains(file))
+            continue;
+        seen.insert(file);
+        files.append(QUrl::fromLocalFile(file));
     }
     auto* data = new QMimeData;
     data->setData(hidden ? hiddenFontIdListMimeType() : fontIdListMimeType(), bytes);
@@ -58,6 +72,26 @@ QList<int> fontIdsOf(const QMimeData* data)
             ids.append(id);
     }
     return ids;
+}
+
+QPixmap dragPixmap(const QString& label, const QWidget* widget)
+{
+    const QFontMetrics metrics = widget->fontMetrics();
+    const QString text = metrics.elidedText(label, Qt::ElideRight, widestDragLabel);
+    const QSize size(metrics.horizontalAdvance(text) + 2 * dragLabelMargin, metrics.height() + dragLabelMargin);
+    QPixmap pixmap(size * widget->devicePixelRatioF());
+    pixmap.setDevicePixelRatio(widget->devicePixelRatioF());
+    pixmap.fill(Qt::transparent);
+    const QRect area(QPoint(), size);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(widget->palette().color(QPalette::Active, QPalette::Highlight));
+    painter.drawRoundedRect(area, size.height() / 2.0, size.height() / 2.0);
+    painter.setFont(widget->font());
+    painter.setPen(widget->palette().color(QPalette::Active, QPalette::HighlightedText));
+    painter.drawText(area, Qt::AlignCenter, text);
+    return pixmap;
 }
 
 } // namespace fonts

@@ -10,7 +10,6 @@
 
 #include <QAction>
 #include <QHeaderView>
-#include <QKeyEvent>
 #include <QMenu>
 #include <QScrollBar>
 
@@ -20,6 +19,8 @@
 namespace {
 
 constexpr int defaultPreviewSize = 24;
+// Far beyond what the settings page offers.
+constexpr int largestPreviewSize = 400;
 // A search that ends sooner would only flash the indicator.
 constexpr int waitIndicatorDelayMs = 150;
 
@@ -30,7 +31,7 @@ struct DefaultColumn
 };
 
 constexpr DefaultColumn defaultColumns[] = {
-    {fonts::ActivityImageColumn, 34}, {fonts::PreviewColumn, 460}, {fonts::FamilyNameColumn, 190},
+    {fonts::ActivityImageColumn, 34}, {fonts::PreviewColumn, 370}, {fonts::FamilyNameColumn, 190},
     {fonts::StyleNameColumn, 120},    {fonts::FormatColumn, 90},   {fonts::FoundryColumn, 150},
 };
 
@@ -51,6 +52,8 @@ KrvFontsView::KrvFontsView(QWidget* parent)
     , m_previewText(Settings::instance()->value(Settings::SidPreviewText).toString())
     , m_previewSize(Settings::instance()->value(Settings::SidPreviewSize, defaultPreviewSize).toInt())
 {
+    if (m_previewSize < 1 || m_previewSize > largestPreviewSize)
+        m_previewSize = defaultPreviewSize;
     setItemDelegateForColumn(fonts::PreviewColumn, m_previewDelegate);
     setItemDelegateForColumn(fonts::ActivityImageColumn, new FontActivityDelegate(this));
     setVerticalScrollMode(ScrollPerPixel);
@@ -83,8 +86,9 @@ void KrvFontsView::setModel(KrvFontsViewModel* model)
     QTreeView::setModel(model);
     model->setPreviewText(m_previewText);
     model->setPreviewSize(m_previewSize);
-    connect(model, &QAbstractItemModel::modelAboutToBeReset, this, &KrvFontsView::rememberPlace);
+    connect(model, &KrvFontsViewModel::rowsAboutToChange, this, &KrvFontsView::rememberPlace);
     connect(model, &QAbstractItemModel::modelReset, this, &KrvFontsView::onModelReset);
+    connect(model, &KrvFontsViewModel::rowsChanged, this, &KrvFontsView::returnToPlace);
     connect(model, &QAbstractItemModel::layoutChanged, &m_rowsInViewTimer, qOverload<>(&QTimer::start));
     connect(model, &KrvFontsViewModel::filteringStatusChanged, this,
             [this](bool filtering) { filtering ? showWaitIndicator() : hideWaitIndicator(); });
@@ -143,13 +147,16 @@ void KrvFontsView::restoreColumns()
     }
     if (settings->contains(Settings::SidVisibleColumns)) {
         const QList<int> visible = storedList(Settings::SidVisibleColumns);
-        for (int column = 0; column < fonts::ColumnCount; ++column)
+        // A list without columns has no header to bring one back.
+        const bool any = std::any_of(visible.cbegin(), visible.cend(),
+                                     [](int column) { return column >= 0 && column < fonts::ColumnCount; });
+        for (int column = 0; column < fonts::ColumnCount && any; ++column)
             header()->setSectionHidden(column, !visible.contains(column));
     }
     if (settings->contains(Settings::SidSortColumnIndex)) {
         const int column = settings->value(Settings::SidSortColumnIndex).toInt();
         const int order = settings->value(Settings::SidSortOrder, int(Qt::AscendingOrder)).toInt();
-        if (column < fonts::ColumnCount)
+        if (column >= 0 && column < fonts::ColumnCount)
             header()->setSortIndicator(column, order == Qt::DescendingOrder ? Qt::DescendingOrder : Qt::AscendingOrder);
     }
     onSortIndicatorChanged(header()->sortIndicatorSection(), header()->sortIndicatorOrder());
@@ -211,17 +218,74 @@ void KrvFontsView::updateColumnVisibilityActionsState()
 
 void KrvFontsView::onSortIndicatorChanged(int columnIndex, Qt::SortOrder sortOrder)
 {
+    header()->setSortIndicatorShown(true);
     if (m_model)
         m_model->sort(columnIndex, sortOrder);
     if (currentIndex().isValid())
         scrollTo(currentIndex());
 }
 
-void KrvFontsView::rememberPlace()
+void KrvFontsView::sortByGroup()
 {
-    m_place = {selectedFontIds(), currentFontId(), 0};
-    if (const StaticFontPtr top = m_model->font(indexAt(QPoint(0, 0))))
-        m_place.top = top->id();
+    header()->setSortIndicatorShown(false);
+    m_model->sort(-1);
+}
+
+void KrvFontsView::sortByChosenColumn()
+{
+    onSortIndicatorChanged(header()->sortIndicatorSection(), header()->sortIndicatorOrder());
+}
+
+int KrvFontsView::nearestFont(int row, const QSet<int>& staying) const
+{
+    const auto fontAt = [this](int r) { return m_model->font(m_model->index(r, 0))->id(); };
+    for (int r = row; r < m_model->rowCount(); ++r) {
+        if (staying.contains(fontAt(r)))
+            return fontAt(r);
+    }
+    for (int r = row - 1; r >= 0; --r) {
+        if (staying.contains(fontAt(r)))
+            return fontAt(r);
+    }
+    return 0;
+}
+
+void KrvFontsView::rememberPlace(const QSet<int>& fontIds, bool sameGroup)
+{
+    m_place = Place();
+    m_place.selected = selectedFontIds();
+    m_place.current = currentFontId();
+    const QModelIndex current = inShownColumn(currentIndex());
+    if (current.isValid() && sameGroup)
+        m_place.successor = nearestFont(current.row(), fontIds);
+    // The eye rests on the current font, else on the upper edge, unless that is where the list begins.
+    QModelIndex anchor = current;
+    if (!anchor.isValid() || !viewport()->rect().intersects(visualRect(anchor)))
+        anchor = verticalScrollBar()->value() > 0 && sameGroup ? indexAt(QPoint(0, 0)) : QModelIndex();
+    if (!anchor.isValid())
+        return;
+    const int font = m_model->font(anchor)->id();
+    if (sameGroup || fontIds.contains(font))
+        m_place.anchor = nearestFont(anchor.row(), fontIds);
+    m_place.anchorTop = visualRect(anchor).top();
+}
+
+void KrvFontsView::returnToPlace()
+{
+    const QModelIndex successor = m_model->indexOfFont(m_place.successor);
+    if (successor.isValid() && !m_model->indexOfFont(m_place.current).isValid()) {
+        const QList<int> selected = selectedFontIds();
+        if (selected.isEmpty())
+            selectRow(successor);
+        else
+            selectionModel()->setCurrentIndex(inShownColumn(m_model->indexOfFont(selected.first())),
+                                              QItemSelectionModel::NoUpdate);
+    }
+    executeDelayedItemsLayout();
+    QScrollBar* bar = verticalScrollBar();
+    const QModelIndex anchor = inShownColumn(m_model->indexOfFont(m_place.anchor));
+    bar->setValue(anchor.isValid() ? bar->value() + visualRect(anchor).top() - m_place.anchorTop : 0);
+    m_rowsInViewTimer.start();
 }
 
 void KrvFontsView::onModelReset()
@@ -244,13 +308,7 @@ void KrvFontsView::onModelReset()
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     const QModelIndex current = m_model->indexOfFont(m_place.current);
     if (current.isValid())
-        selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
-    const QModelIndex top = m_model->indexOfFont(m_place.top);
-    if (top.isValid())
-        scrollTo(top, PositionAtTop);
-    else if (current.isValid())
-        scrollTo(current);
-    m_rowsInViewTimer.start();
+        selectionModel()->setCurrentIndex(inShownColumn(current), QItemSelectionModel::NoUpdate);
 }
 
 void KrvFontsView::onSectionResized()
@@ -315,21 +373,27 @@ void KrvFontsView::selectAll()
     selectionModel()->select(all, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
-QList<int> KrvFontsView::selectedFontIds() const
+QList<int> KrvFontsView::selectedRows() const
 {
-    QList<int> ids;
+    QList<int> rows;
     if (!selectionModel())
-        return ids;
+        return rows;
     // Asking the selection model for its rows would look through all ranges for each of them.
-    std::vector<int> rows;
     const QItemSelection selection = selectionModel()->selection();
     for (const QItemSelectionRange& range : selection) {
         for (int row = range.top(); row <= range.bottom(); ++row)
-            rows.push_back(row);
+            rows.append(row);
     }
     // The selection model lists ranges in the order they were made; users expect the order they see.
     std::sort(rows.begin(), rows.end());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+QList<int> KrvFontsView::selectedFontIds() const
+{
+    QList<int> ids;
+    const QList<int> rows = selectedRows();
     for (const int row : rows) {
         if (const StaticFontPtr font = m_model->font(m_model->index(row, 0)))
             ids.append(font->id());
@@ -340,10 +404,15 @@ QList<int> KrvFontsView::selectedFontIds() const
 void KrvFontsView::scrollTo(const QModelIndex& index, ScrollHint hint)
 {
     const int column = horizontalScrollBar()->value();
-    // An index of a hidden column has no place to scroll to; its row has.
-    const int shown = header()->logicalIndexAt(0);
-    QTreeView::scrollTo(shown >= 0 ? index.siblingAtColumn(shown) : index, hint);
+    QTreeView::scrollTo(inShownColumn(index), hint);
     horizontalScrollBar()->setValue(column);
+}
+
+// An index of a hidden column has no place in the view; its row has.
+QModelIndex KrvFontsView::inShownColumn(const QModelIndex& index) const
+{
+    const int shown = header()->logicalIndexAt(0);
+    return shown >= 0 && isColumnHidden(index.column()) ? index.siblingAtColumn(shown) : index;
 }
 
 int KrvFontsView::currentFontId() const
@@ -357,8 +426,19 @@ void KrvFontsView::selectFont(int fontId)
     const QModelIndex index = m_model->indexOfFont(fontId);
     if (!index.isValid())
         return;
-    selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    selectRow(index);
     scrollTo(index);
+}
+
+// The view's own function would add to the selection while Shift is held, and the selection model's leaves the view
+// without the row that Shift extends from.
+void KrvFontsView::selectRow(const QModelIndex& index)
+{
+    const SelectionMode mode = selectionMode();
+    setSelectionMode(NoSelection);
+    setCurrentIndex(inShownColumn(index));
+    setSelectionMode(mode);
+    selectionModel()->select(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 void KrvFontsView::resizeEvent(QResizeEvent* event)
@@ -372,19 +452,6 @@ void KrvFontsView::scrollContentsBy(int dx, int dy)
     QTreeView::scrollContentsBy(dx, dy);
     if (dy != 0)
         m_rowsInViewTimer.start();
-}
-
-void KrvFontsView::keyPressEvent(QKeyEvent* event)
-{
-    // Left and right would collapse and expand in a tree; in this list they scroll.
-    if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) {
-        QScrollBar* bar = horizontalScrollBar();
-        bar->triggerAction(event->key() == Qt::Key_Left ? QAbstractSlider::SliderSingleStepSub
-                                                        : QAbstractSlider::SliderSingleStepAdd);
-        event->accept();
-        return;
-    }
-    QTreeView::keyPressEvent(event);
 }
 
 void KrvFontsView::reportRowsInView()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QElapsedTimer>
+#include <QSet>
 #include <QTimer>
 #include <QTreeView>
 
@@ -36,6 +38,11 @@ public:
     // 0: none
     int currentFontId() const;
     void selectFont(int fontId);
+    // Typed letters go to the first font, from the current one on, whose name begins with them.
+    void keyboardSearch(const QString& search) override;
+    // The group's own order instead of a column's, until a column is chosen or sortByChosenColumn() called.
+    void sortByGroup();
+    void sortByChosenColumn();
 
 public slots:
     void setPreviewText(QString text);
@@ -52,6 +59,8 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    void startDrag(Qt::DropActions supportedActions) override;
 
 private slots:
     void toggleColumnVisibility(int column);
@@ -68,15 +77,23 @@ private:
     void restoreColumns();
     void applyDefaultColumns();
     void saveColumns() const;
-    void rememberPlace();
+    void rememberPlace(const QSet<int>& fontIds, bool sameGroup);
+    void returnToPlace();
     void reportRowsInView();
+    QModelIndex inShownColumn(const QModelIndex& index) const;
+    // The font of a row, or the nearest one that stays.
+    int nearestFont(int row, const QSet<int>& staying) const;
+    QList<int> selectedRows() const;
+    void selectRow(const QModelIndex& index);
 
-    // Where the user was before a reset, by font rather than by row.
+    // Where the user was before the rows changed, by font rather than by row; 0: none.
     struct Place
     {
         QList<int> selected;
         int current = 0;
-        int top = 0;
+        int successor = 0; // takes the current font's place when that is gone
+        int anchor = 0;    // keeps its height in the view
+        int anchorTop = 0;
     };
 
     KrvFontsViewModel* m_model = nullptr;
@@ -88,4 +105,6 @@ private:
     Place m_place;
     QTimer m_waitTimer;
     QTimer m_rowsInViewTimer;
+    QString m_typed;
+    QElapsedTimer m_typedAt;
 };

@@ -10,6 +10,8 @@ KrvFontsViewModel::KrvFontsViewModel(QObject* parent)
     setSourceModel(m_source);
     connect(m_source, &KrvFontsViewModelPrivate::filteringStatusChanged, this,
             &KrvFontsViewModel::filteringStatusChanged);
+    connect(m_source, &KrvFontsViewModelPrivate::rowsAboutToChange, this, &KrvFontsViewModel::rowsAboutToChange);
+    connect(m_source, &KrvFontsViewModelPrivate::rowsChanged, this, &KrvFontsViewModel::rowsChanged);
 }
 
 KrvFontsViewModel::~KrvFontsViewModel() = default;

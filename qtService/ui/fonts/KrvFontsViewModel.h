@@ -2,6 +2,7 @@
 
 #include "qtService/management/FontGroup.h"
 
+#include <QSet>
 #include <QSortFilterProxyModel>
 
 class FontFiltersState;
@@ -39,6 +40,9 @@ public slots:
 
 signals:
     void filteringStatusChanged(bool filtering);
+    // Around every change of the rows: which fonts will be there, and whether they are still those of the same group.
+    void rowsAboutToChange(const QSet<int>& fontIds, bool sameGroup);
+    void rowsChanged();
 
 protected:
     bool lessThan(const QModelIndex& left, const QModelIndex& right) const override;

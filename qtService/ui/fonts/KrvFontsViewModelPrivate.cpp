@@ -114,8 +114,8 @@ QVariant KrvFontsViewModelPrivate::activityData(int row, int role) const
         return fonts::activityText(activity);
     case Qt::DisplayRole:
     case fonts::ValueRole:
-        // As a number for whoever asks for the value; shown is the image alone.
-        return role == Qt::DisplayRole ? QVariant() : QVariant(activity);
+        // A number for whoever asks; the delegate shows the image alone.
+        return activity;
     default:
         return QVariant();
     }
@@ -246,8 +246,7 @@ FindMathingFontsCommandPtr KrvFontsViewModelPrivate::reloadFonts(FontGroupPtr fo
     const bool wasFiltering = isFiltering();
     dropCommand();
     if (!fontGroup) {
-        m_shownGroup.clear();
-        resetTo({});
+        replaceRows({}, fontGroup);
         if (wasFiltering)
             emit filteringStatusChanged(false);
         return m_command;
@@ -274,26 +273,31 @@ void KrvFontsViewModelPrivate::onFindMathchingFontsStateChanged(AbstractAsynchro
     const FindMathingFontsCommandPtr command = m_command;
     m_command->disconnect(this);
     m_command.clear();
-    if (state == AbstractAsynchronousCommand::Finished) {
-        if (m_shownGroup == m_group) {
-            showFonts(command->fonts());
-        } else {
-            m_shownGroup = m_group;
-            resetTo(command->fonts());
-        }
-    }
+    if (state == AbstractAsynchronousCommand::Finished)
+        replaceRows(command->fonts(), m_group);
     emit filteringStatusChanged(false);
 }
 
-// Follows a new result of the shown group: removes what left, appends what came. Where that would not give the order of
-// the result, or would take too many steps, the model is reset.
-void KrvFontsViewModelPrivate::showFonts(const QList<StaticFontPtr>& fonts)
+void KrvFontsViewModelPrivate::replaceRows(const QList<StaticFontPtr>& fonts, const FontGroupPtr& group)
 {
     QSet<int> wanted;
     wanted.reserve(fonts.size());
     for (const StaticFontPtr& font : fonts)
         wanted.insert(font->id());
+    const bool sameGroup = m_shownGroup == group;
+    emit rowsAboutToChange(wanted, sameGroup);
+    m_shownGroup = group;
+    if (sameGroup)
+        showFonts(fonts, wanted);
+    else
+        resetTo(fonts);
+    emit rowsChanged();
+}
 
+// Follows a new result of the shown group: removes what left, appends what came. Where that would not give the order of
+// the result, or would take too many steps, the model is reset.
+void KrvFontsViewModelPrivate::showFonts(const QList<StaticFontPtr>& fonts, const QSet<int>& wanted)
+{
     QVector<int> leaving;
     int staying = 0;
     bool inOrder = true;

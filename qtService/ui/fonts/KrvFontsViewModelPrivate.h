@@ -8,6 +8,7 @@
 #include <QAbstractItemModel>
 #include <QHash>
 #include <QImage>
+#include <QSet>
 #include <QTimer>
 #include <QVector>
 
@@ -57,6 +58,9 @@ public:
 
 signals:
     void filteringStatusChanged(bool filtering);
+    // Around every change of the rows: which fonts will be there, and whether they are still those of the same group.
+    void rowsAboutToChange(const QSet<int>& fontIds, bool sameGroup);
+    void rowsChanged();
 
 private slots:
     FindMathingFontsCommandPtr reloadFonts(FontGroupPtr fontGroup);
@@ -69,7 +73,8 @@ private slots:
 private:
     void scheduleReload();
     void dropCommand();
-    void showFonts(const QList<StaticFontPtr>& fonts);
+    void replaceRows(const QList<StaticFontPtr>& fonts, const FontGroupPtr& group);
+    void showFonts(const QList<StaticFontPtr>& fonts, const QSet<int>& wanted);
     void resetTo(const QList<StaticFontPtr>& fonts);
     void indexRows();
     void announceChanged(const QList<int>& fontIds, int firstColumn, int lastColumn);

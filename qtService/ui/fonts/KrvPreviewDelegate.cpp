@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int leftMargin = 5;
+constexpr int margin = 5; // at both sides
 
 // Previews are coverage in an indexed image whose palette is black; drawn in the text's colour they suit any palette
 // and the selection. Images of other kinds (messages) have colours of their own.
@@ -49,10 +49,11 @@ void KrvPreviewDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
     const QColor color = option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
     const QSizeF size = QSizeF(image.size()) / image.devicePixelRatio();
     painter->save();
-    painter->setClipRect(option.rect);
-    painter->drawImage(QPointF(option.rect.left() + leftMargin,
-                               option.rect.top() + qRound((option.rect.height() - size.height()) / 2)),
-                       tinted(image, color));
+    // A long sample ends before the next column begins.
+    painter->setClipRect(option.rect.adjusted(0, 0, -margin, 0));
+    painter->drawImage(
+        QPointF(option.rect.left() + margin, option.rect.top() + qRound((option.rect.height() - size.height()) / 2)),
+        tinted(image, color));
     painter->restore();
 }
 

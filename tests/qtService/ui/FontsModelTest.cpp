@@ -91,6 +91,7 @@ private slots:
         QTRY_COMPARE(changed.count(), 1);
         QCOMPARE(changed.first().at(0).toModelIndex().row(), 2);
         QCOMPARE(model.index(2, fonts::NoteColumn).data().toString(), QStringLiteral("nice"));
+        QCOMPARE(model.index(2, fonts::ActivityImageColumn).data().toInt(), font->activityType());
     }
 
     void sortingKnowsNumbersAndCase()
@@ -228,6 +229,101 @@ private slots:
         m_library->repository->removeFonts({m_library->repository->font(m_ids.at(0))});
         QTRY_COMPARE(model.rowCount(), 3);
         QVERIFY(view.currentFontId() != 0);
+    }
+
+    void aFilteredFontHandsOverToItsNeighbour()
+    {
+        FontFiltersState filters;
+        KrvFontsViewModel model;
+        KrvFontsView view;
+        view.setModel(&model);
+        view.setSelectionMode(QAbstractItemView::ExtendedSelection);
+        view.resize(600, 400);
+        view.show();
+        model.sort(fonts::FamilyNameColumn);
+        model.setFiltersState(&filters);
+        model.setFontGroup(m_group);
+        QTRY_COMPARE(names(model), QStringLiteral("alpha 2,Alpha 10,beta,gamma"));
+        view.selectFont(m_ids.at(1));
+        // The next one in the order that the user sees, not in that of the group.
+        filters.setTextSearch(QStringLiteral("m"));
+        QTRY_COMPARE(names(model), QStringLiteral("gamma"));
+        QCOMPARE(view.selectedFontIds(), QList<int>{m_ids.at(3)});
+        filters.setTextSearch(QString());
+        QTRY_COMPARE(model.rowCount(), 4);
+        QCOMPARE(view.selectedFontIds(), QList<int>{m_ids.at(3)});
+        // Nothing follows: the one before.
+        filters.setTextSearch(QStringLiteral("t"));
+        QTRY_COMPARE(names(model), QStringLiteral("beta"));
+        QCOMPARE(view.currentFontId(), m_ids.at(0));
+        QCOMPARE(view.selectedFontIds(), QList<int>{m_ids.at(0)});
+        // Shift extends from there.
+        filters.clear();
+        QTRY_COMPARE(model.rowCount(), 4);
+        QTest::keyClick(&view, Qt::Key_Up, Qt::ShiftModifier);
+        QCOMPARE(view.selectedFontIds(), (QList<int>{m_ids.at(1), m_ids.at(0)}));
+        // Who had chosen nothing is not made to.
+        view.resetState(KrvFontsView::ResetSelection);
+        filters.setTextSearch(QStringLiteral("t"));
+        QTRY_COMPARE(names(model), QStringLiteral("beta"));
+        QCOMPARE(view.currentFontId(), 0);
+        QVERIFY(view.selectedFontIds().isEmpty());
+    }
+
+    void rowsComingAndGoingDoNotMoveTheOneLookedAt()
+    {
+        QList<StaticFontPtr> many;
+        for (int i = 0; i < 200; ++i)
+            many.append(makeFont(QStringLiteral("many %1").arg(i)));
+        m_library->addFonts(many);
+        FontFiltersState filters;
+        KrvFontsViewModel model;
+        KrvFontsView view;
+        view.setModel(&model);
+        view.resize(600, 400);
+        view.show();
+        model.setFiltersState(&filters);
+        model.setFontGroup(m_group);
+        QTRY_COMPARE(model.rowCount(), 204);
+        const int looked = many.at(77)->id();
+        view.selectFont(looked);
+        const auto height = [&] { return view.visualRect(model.indexOfFont(looked, fonts::PreviewColumn)).top(); };
+        const int before = height();
+        QVERIFY(before >= 0 && before < view.viewport()->height());
+        filters.setTextSearch(QStringLiteral("7"));
+        QTRY_COMPARE(model.rowCount(), 38);
+        QVERIFY(height() >= 0 && height() < view.viewport()->height());
+        filters.setTextSearch(QString());
+        QTRY_COMPARE(model.rowCount(), 204);
+        m_library->addFonts({makeFont(QStringLiteral("aa")), makeFont(QStringLiteral("ab"))});
+        const int then = height();
+        QTRY_COMPARE(model.rowCount(), 206);
+        QCOMPARE(height(), then);
+    }
+
+    void typedLettersGoToAName()
+    {
+        KrvFontsViewModel model;
+        KrvFontsView view;
+        view.setModel(&model);
+        view.setSelectionMode(QAbstractItemView::ExtendedSelection);
+        model.sort(fonts::FamilyNameColumn);
+        model.setFontGroup(m_group);
+        QTRY_COMPARE(names(model), QStringLiteral("alpha 2,Alpha 10,beta,gamma"));
+        // A preview has no letters of its own.
+        view.setCurrentIndex(model.index(2, fonts::PreviewColumn));
+        QTest::keyClicks(&view, QStringLiteral("alpha 1"));
+        QCOMPARE(view.selectedFontIds(), QList<int>{m_ids.at(1)});
+        QCOMPARE(view.currentIndex().column(), int(fonts::PreviewColumn));
+        // One letter walks from font to font, also a capital.
+        KrvFontsView another;
+        another.setModel(&model);
+        model.sort(fonts::FamilyNameColumn);
+        another.setSelectionMode(QAbstractItemView::ExtendedSelection);
+        QTest::keyClick(&another, 'A', Qt::ShiftModifier);
+        QCOMPARE(another.selectedFontIds(), QList<int>{m_ids.at(2)});
+        QTest::keyClick(&another, 'a');
+        QCOMPARE(another.selectedFontIds(), QList<int>{m_ids.at(1)});
     }
 
 private:
