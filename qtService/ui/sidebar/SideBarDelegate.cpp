@@ -58,6 +58,15 @@ void paintSelection(QPainter* painter, const QRect& rect, bool hasFocus, bool is
     painter->fillRect(QRect(rect.left(), rect.bottom(), rect.width(), 1), colors.bottomEdge);
 }
 
+void paintDropTarget(QPainter* painter, const QRect& rect)
+{
+    QColor fill = focused.gradientEnd;
+    fill.setAlpha(50);
+    painter->setPen(QPen(focused.gradientEnd, 2));
+    painter->setBrush(fill);
+    painter->drawRoundedRect(QRectF(rect).adjusted(3, 1, -3, -1), 5, 5);
+}
+
 } // namespace
 
 SideBarDelegate::SideBarDelegate(QObject* parent)
@@ -106,6 +115,9 @@ void SideBarDelegate::paintGroup(QPainter* painter, const QStyleOptionViewItem& 
         paintSelection(painter, rect, hasFocus, isDark);
         painter->setRenderHint(QPainter::Antialiasing);
     }
+
+    if (index == m_dropTarget)
+        paintDropTarget(painter, rect);
 
     int left = rect.left() + leftMargin;
     const QImage icon = index.data(selected ? SideBarModel::SelectedIconRole : SideBarModel::IconRole).value<QImage>();

@@ -5,6 +5,7 @@
 #include "qtService/management/UserFontGroupList.h"
 
 #include <QImage>
+#include <QTextDocument>
 
 namespace {
 
@@ -60,6 +61,12 @@ public:
         return QStandardItem::operator<(other);
     }
 };
+
+// A name that looks like markup is shown as it is.
+QString toolTip(const QString& name)
+{
+    return Qt::mightBeRichText(name) ? name.toHtmlEscaped() : name;
+}
 
 QStandardItem* makeHeader(const QString& text)
 {
@@ -118,7 +125,7 @@ QStandardItem* SideBarModel::makeItem(FontGroupList* list, int groupId) const
     item->setData(icon(iconName(groupId), false, m_devicePixelRatio), IconRole);
     item->setData(icon(iconName(groupId), true, m_devicePixelRatio), SelectedIconRole);
     item->setData(QSize(2, 20), Qt::SizeHintRole);
-    item->setToolTip(name);
+    item->setToolTip(toolTip(name));
     return item;
 }
 
@@ -166,7 +173,7 @@ void SideBarModel::onGroupRenamed(int groupId)
         return;
     item->setText(group->name());
     item->setData(group->name(), NameRole);
-    item->setToolTip(group->name());
+    item->setToolTip(toolTip(group->name()));
 }
 
 void SideBarModel::onGroupAdded(int groupId)

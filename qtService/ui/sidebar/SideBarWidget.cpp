@@ -14,12 +14,16 @@
 #include <QHeaderView>
 #include <QMimeData>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QTreeView>
 #include <QVBoxLayout>
 
 namespace {
 
 constexpr int barWidth = 204;
+// Near the upper or lower end fonts being dragged scroll the bar.
+constexpr int dragScrollZone = 16;
+constexpr int dragScrollIntervalMs = 80;
 
 const QString frameStyle = QStringLiteral(
     "QFrame {\t\n\tbackground-color: rgb(237, 237, 237);\n\tborder-left-style: none;\n\tborder-top-style: none;\n}\n\n"
@@ -54,6 +58,8 @@ SideBarWidget::SideBarWidget(QWidget* parent)
     m_view->viewport()->installEventFilter(this);
     connect(m_view, &QTreeView::customContextMenuRequested, this, &SideBarWidget::viewContextMenuRequest);
     connect(KrvUiSettings::instance(), &KrvUiSettings::valueChanged, this, &SideBarWidget::onUiSettingsChanged);
+    m_dragScroll.setInterval(dragScrollIntervalMs);
+    connect(&m_dragScroll, &QTimer::timeout, this, &SideBarWidget::scrollDrag);
 }
 
 void SideBarWidget::setupUi()
@@ -84,7 +90,8 @@ void SideBarWidget::setupUi()
     m_view->setHeaderHidden(true);
     m_view->header()->setStretchLastSection(true);
     m_view->setContextMenuPolicy(Qt::CustomContextMenu);
-    m_view->setItemDelegate(new SideBarDelegate(m_view));
+    m_delegate = new SideBarDelegate(m_view);
+    m_view->setItemDelegate(m_delegate);
 
     auto* inner = new QVBoxLayout(m_frame);
     inner->setObjectName(QStringLiteral("verticalLayout"));
@@ -129,6 +136,11 @@ void SideBarWidget::setGroups(const QSharedPointer<SystemFontGroupList>& systemG
     connect(m_view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &SideBarWidget::onGroupSelectionChanged);
     connect(m_model, &QAbstractItemModel::rowsInserted, m_view, &QTreeView::expandAll);
+    // Whoever deleted the group that is looked at: the one that is always there takes its place.
+    connect(m_model, &QAbstractItemModel::rowsRemoved, this, [this] {
+        if (m_lookedAt != 0 && !m_model->indexOfGroup(m_lookedAt).isValid())
+            selectGroup(SystemFontGroupList::AllFonts);
+    });
     sortGroups();
 }
 
@@ -162,12 +174,14 @@ void SideBarWidget::selectGroup(int id)
 
 void SideBarWidget::clearSelection()
 {
+    m_lookedAt = 0;
     m_view->clearSelection();
 }
 
 void SideBarWidget::onGroupSelectionChanged()
 {
     if (const int id = selectedGroupId()) {
+        m_lookedAt = id;
         emit groupIdSelected(id);
         emit groupSelected(selectedGroup());
     }
@@ -203,6 +217,37 @@ void SideBarWidget::sortGroups()
     m_model->sort(0, order == Qt::DescendingOrder ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
+void SideBarWidget::dragTo(const QPoint& pos)
+{
+    m_dragPosition = pos;
+    const QModelIndex index = m_view->indexAt(pos);
+    const QModelIndex target = index.parent().isValid() ? index : QModelIndex();
+    if (m_delegate->dropTarget() != target) {
+        m_delegate->setDropTarget(target);
+        m_view->viewport()->update();
+    }
+    const bool atEdge = pos.y() < dragScrollZone || pos.y() >= m_view->viewport()->height() - dragScrollZone;
+    if (!atEdge)
+        m_dragScroll.stop();
+    else if (!m_dragScroll.isActive())
+        m_dragScroll.start();
+}
+
+void SideBarWidget::endDrag()
+{
+    m_dragScroll.stop();
+    m_delegate->setDropTarget(QModelIndex());
+    m_view->viewport()->update();
+}
+
+void SideBarWidget::scrollDrag()
+{
+    m_view->verticalScrollBar()->triggerAction(m_dragPosition.y() < dragScrollZone
+                                                   ? QAbstractSlider::SliderSingleStepSub
+                                                   : QAbstractSlider::SliderSingleStepAdd);
+    dragTo(m_dragPosition);
+}
+
 bool SideBarWidget::eventFilter(QObject* watched, QEvent* event)
 {
     // All drag events are answered here: the view's own handling would ask the model to take the data.
@@ -222,11 +267,15 @@ bool SideBarWidget::eventFilter(QObject* watched, QEvent* event)
         } else {
             drag->ignore();
         }
+        if (fonts)
+            dragTo(drag->pos());
         return true;
     }
     case QEvent::DragLeave:
+        endDrag();
         return true;
     case QEvent::Drop: {
+        endDrag();
         auto* drop = static_cast<QDropEvent*>(event);
         const QList<int> ids = fonts::fontIdsOf(drop->mimeData());
         const int group = groupIdAt(drop->pos());

@@ -3,12 +3,15 @@
 #include "qtService/app/core/KrvUiSettings.h"
 #include "qtService/management/FontGroup.h"
 
+#include <QTimer>
 #include <QWidget>
 
+class SideBarDelegate;
 class SideBarModel;
 class SystemFontGroupList;
 class UserFontGroupList;
 class QFrame;
+class QMimeData;
 class QTreeView;
 
 // The column at the left in which the user chooses a group; fonts can be dropped onto its rows. Main thread.
@@ -50,9 +53,17 @@ private:
     void setupUi();
     void applyStyle();
     int groupIdAt(const QPoint& pos) const;
+    // Where the fonts being dragged are; the row under them is marked, and at the edges the bar scrolls.
+    void dragTo(const QPoint& pos);
+    void endDrag();
+    void scrollDrag();
 
     QFrame* m_frame;
     QTreeView* m_view;
+    SideBarDelegate* m_delegate;
+    int m_lookedAt = 0; // the group last selected; 0: none
+    QTimer m_dragScroll;
+    QPoint m_dragPosition;
     SideBarModel* m_model = nullptr;
     QSharedPointer<SystemFontGroupList> m_systemGroups;
     QSharedPointer<UserFontGroupList> m_userGroups;

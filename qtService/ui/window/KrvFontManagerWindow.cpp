@@ -24,11 +24,11 @@
 #include <QAction>
 #include <QApplication>
 #include <QDebug>
-#include <QHeaderView>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QRegExpValidator>
+#include <QScreen>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QToolBar>
@@ -42,6 +42,8 @@ constexpr int maximumNameLength = 64;
 const QSize firstSize(1180, 760);
 constexpr int firstListHeight = 440;
 constexpr int firstDetailsHeight = 240;
+// What the sliders need; the other pages scroll.
+constexpr int firstToolsHeight = 150;
 
 const QString listStyle =
     QStringLiteral("#fontsView {\nborder: 0px solid black;\nborder-bottom-style: solid;\nborder-bottom-width: 1px;\n"
@@ -51,6 +53,23 @@ const QString darkListStyle =
     QStringLiteral("#fontsView {\nborder: 0px solid black;\nborder-bottom-style: solid;\nborder-bottom-width: 1px;\n"
                    "border-bottom-color:  rgb(28, 29, 31);\nborder-right-style: solid;\nborder-right-width: 1px;\n"
                    "border-right-color:  rgb(28, 29, 31);\n}");
+
+// A screen that the window was on may be gone; a title bar that no mouse can reach helps nobody.
+QRect onAScreen(QRect geometry)
+{
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    const QRect titleBar(geometry.topLeft(), QSize(geometry.width(), 1));
+    for (const QScreen* screen : screens) {
+        if (screen->availableGeometry().intersects(titleBar))
+            return geometry;
+    }
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        const QRect available = screen->availableGeometry();
+        geometry.setSize((geometry.isValid() ? geometry.size() : firstSize).boundedTo(available.size()));
+        geometry.moveCenter(available.center());
+    }
+    return geometry;
+}
 
 } // namespace
 
@@ -136,7 +155,6 @@ void KrvFontManagerWindow::setupUi()
     m_view->setAllColumnsShowFocus(true);
     m_view->setFrameShape(QFrame::NoFrame);
     m_view->setContextMenuPolicy(Qt::CustomContextMenu);
-    m_view->header()->setStretchLastSection(true);
     m_filterButtons = new FilterButtonsWidget(listPane);
     m_filterButtons->setObjectName(QStringLiteral("filterButtonsWidget"));
     m_listLayout->addWidget(m_header);
@@ -149,7 +167,7 @@ void KrvFontManagerWindow::setupUi()
     m_emptyHint->setAlignment(Qt::AlignCenter);
     m_emptyHint->setWordWrap(true);
     m_emptyHint->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_emptyHint->setForegroundRole(QPalette::Mid);
+    m_emptyHint->setForegroundRole(QPalette::PlaceholderText);
     auto* hintLayout = new QVBoxLayout(m_view->viewport());
     hintLayout->addWidget(m_emptyHint);
     m_emptyHint->hide();
@@ -169,6 +187,7 @@ void KrvFontManagerWindow::setupUi()
     m_tools->hide();
     m_listToolsSplitter->setStretchFactor(0, 1);
     m_listToolsSplitter->setStretchFactor(1, 0);
+    restoreToolsSizes({firstListHeight, firstToolsHeight});
 
     m_details = new KrvFontDetailsTabWidget(m_listDetailsSplitter);
     m_details->setObjectName(QStringLiteral("detailsWidget"));
@@ -224,7 +243,10 @@ void KrvFontManagerWindow::connectFilters()
         connect(slider, &KrvAttributeSliderWidget::valueChanged, this, changed);
         connect(slider, &KrvAttributeSliderWidget::sliderEnabledChanged, this, changed);
     }
-    connect(m_filterButtons, &FilterButtonsWidget::allButtonsUnchecked, m_tools, &QWidget::hide);
+    connect(m_filterButtons, &FilterButtonsWidget::allButtonsUnchecked, this, [this] {
+        m_toolsHeight = m_tools->height();
+        m_tools->hide();
+    });
     connect(m_filterButtons, &FilterButtonsWidget::buttonToggled, this, &KrvFontManagerWindow::onFilterButtonToggled);
 }
 
@@ -250,6 +272,7 @@ void KrvFontManagerWindow::connectPanes()
     connect(m_previewSettings, &KrvPreviewTextSettingsWidget::previewSizeChanged, m_details,
             &KrvFontDetailsTabWidget::setPreviewSize);
     m_details->setPreviewText(m_view->previewText());
+    m_details->setPreviewSize(m_view->previewSize());
     connect(m_actions->showDetails, &QAction::toggled, m_details, &QWidget::setVisible);
 
     connect(m_sideBar, &SideBarWidget::groupIdSelected, this, &KrvFontManagerWindow::onGroupSelected);
@@ -273,15 +296,23 @@ void KrvFontManagerWindow::restoreSettings()
 {
     const Settings* settings = Settings::instance();
     if (settings->contains(Settings::SidMainWindowGeometry))
-        setGeometry(settings->value(Settings::SidMainWindowGeometry).toRect());
+        setGeometry(onAScreen(settings->value(Settings::SidMainWindowGeometry).toRect()));
     if (settings->contains(Settings::SidListDetailsSplitterSizes))
         m_listDetailsSplitter->setSizes(settings->value(Settings::SidListDetailsSplitterSizes).value<QList<int>>());
     if (settings->contains(Settings::SidListToolsSplitterSizes))
-        m_listToolsSplitter->setSizes(settings->value(Settings::SidListToolsSplitterSizes).value<QList<int>>());
+        restoreToolsSizes(settings->value(Settings::SidListToolsSplitterSizes).value<QList<int>>());
     if (settings->contains(Settings::SidFontDetailsShown))
         m_actions->showDetails->setChecked(settings->value(Settings::SidFontDetailsShown).toBool());
     if (settings->contains(Settings::SidFontListToolsTabId))
         m_filterButtons->setCurrentPage(settings->value(Settings::SidFontListToolsTabId).toInt());
+}
+
+void KrvFontManagerWindow::restoreToolsSizes(const QList<int>& sizes)
+{
+    if (sizes.size() != m_listToolsSplitter->count())
+        return;
+    m_toolsHeight = sizes.last();
+    m_listToolsSplitter->setSizes(sizes);
 }
 
 void KrvFontManagerWindow::saveSettings()
@@ -290,7 +321,11 @@ void KrvFontManagerWindow::saveSettings()
     // A maximised window's geometry is the screen's; the one to come back to is the one before.
     settings->setValue(Settings::SidMainWindowGeometry, isMaximized() ? normalGeometry() : geometry());
     settings->setValue(Settings::SidListDetailsSplitterSizes, QVariant::fromValue(m_listDetailsSplitter->sizes()));
-    settings->setValue(Settings::SidListToolsSplitterSizes, QVariant::fromValue(m_listToolsSplitter->sizes()));
+    // The splitter counts a page that is put away as nothing; it comes back as high as it was.
+    QList<int> toolsSizes = m_listToolsSplitter->sizes();
+    if (m_tools->isHidden())
+        toolsSizes.last() = m_toolsHeight;
+    settings->setValue(Settings::SidListToolsSplitterSizes, QVariant::fromValue(toolsSizes));
     settings->setValue(Settings::SidFontDetailsShown, m_actions->showDetails->isChecked());
     settings->setValue(Settings::SidFontListToolsTabId, m_filterButtons->currentPage());
 }
@@ -362,6 +397,10 @@ void KrvFontManagerWindow::onFontManagementServiceStarted()
             &KrvFontManagerWindow::updateActionsState);
     connect(m_service->fontAdder().data(), &FontAdder::stateChanged, this,
             &KrvFontManagerWindow::onFontAdderStateChanged);
+    connect(m_service->userFontGroups().data(), &FontGroupList::groupRenamed, this, [this](int groupId) {
+        if (groupId == m_sideBar->selectedGroupId())
+            m_header->setTitle(m_sideBar->selectedGroup()->name());
+    });
     m_listLayout->insertWidget(1, new FontAdderStatusWidget(m_service->fontAdder(), m_listLayout->parentWidget()));
     onFoundriesChanged();
     m_sideBar->selectGroup(SystemFontGroupList::AllFonts);
@@ -406,7 +445,11 @@ void KrvFontManagerWindow::onFontAdderStateChanged()
 void KrvFontManagerWindow::onFoundriesChanged()
 {
     const QSignalBlocker blocker(m_filterPanel);
-    m_filterPanel->setFoundries(m_service->repository()->foundries());
+    // A foundry that is filtered by stays in the list when its last font goes, or nothing would say what the filter is.
+    QStringList foundries = m_service->repository()->foundries();
+    if (!foundries.contains(m_filters.foundry()))
+        foundries.append(m_filters.foundry());
+    m_filterPanel->setFoundries(foundries);
     m_filterPanel->setCurrentFoundry(m_filters.foundry());
 }
 
@@ -433,7 +476,11 @@ QString KrvFontManagerWindow::titled(const QString& operation) const
 
 bool KrvFontManagerWindow::confirm(const QString& title, const QString& text)
 {
-    return QMessageBox::question(this, title, text) == QMessageBox::Yes;
+    QMessageBox box(QMessageBox::Question, title, QString(), QMessageBox::Yes | QMessageBox::No, this);
+    // Names in the question are no markup.
+    box.setTextFormat(Qt::PlainText);
+    box.setText(text);
+    return box.exec() == QMessageBox::Yes;
 }
 
 bool KrvFontManagerWindow::waitFor(const QSharedPointer<AbstractAsynchronousCommand>& command, const QString& text)
@@ -447,10 +494,11 @@ void KrvFontManagerWindow::onGroupSelected(int)
     if (!group)
         return;
     m_fontToShow = 0;
+    m_history.visit({group, group->name(), m_sideBar->selectedGroupId()});
     showGroup(group, group->name());
     if (m_showsSimilarGroup) {
         m_showsSimilarGroup = false;
-        m_view->sortByColumn(m_view->header()->sortIndicatorSection(), m_view->header()->sortIndicatorOrder());
+        m_view->sortByChosenColumn();
     }
 }
 

@@ -137,6 +137,7 @@ private:
     void connectPanes();
     void addShortcuts();
     void restoreSettings();
+    void restoreToolsSizes(const QList<int>& sizes);
     void saveSettings();
     void restoreFilters();
     void applyStyle();
@@ -166,7 +167,8 @@ private:
     void showPrintProgress(const FontSampleJobPtr& job, const QString& title, const QString& text);
     void startSilentUpdateCheck();
     void showSimilarFonts(SimilarFontsGroup::SimilarityMethod method, const QString& titlePattern);
-    void showSimilarGroup(const SimilarGroupHistory::Entry& entry);
+    void showSimilarGroup(const FontGroupPtr& group, const QString& title);
+    void showHistoryEntry(const SimilarGroupHistory::Entry* entry);
     void showGroup(const FontGroupPtr& group, const QString& title);
     void showFontInLibrary(int fontId);
 
@@ -187,6 +189,7 @@ private:
     KrvFontsView* m_view;
     FilterButtonsWidget* m_filterButtons;
     QStackedWidget* m_tools;
+    int m_toolsHeight = 0; // when they are shown
     KrvAttributesWidget* m_attributes;
     KrvFiltersWidget* m_filterPanel;
     KrvPreviewTextSettingsWidget* m_previewSettings;

@@ -3,6 +3,7 @@
 #include "qtService/management/platform_showfile.h"
 #include "qtService/ui/dialogs/FontActivationDialog.h"
 #include "qtService/ui/dialogs/FontArchiveImportDialog.h"
+#include "qtService/ui/fonts/FontColumn.h"
 #include "qtService/ui/fonts/KrvFontsView.h"
 #include "qtService/ui/fonts/KrvFontsViewModel.h"
 #include "qtService/ui/sidebar/SideBarWidget.h"
@@ -210,9 +211,9 @@ void KrvFontManagerWindow::locateSelectedFontFile()
 void KrvFontManagerWindow::copySelectionText()
 {
     const QModelIndex index = m_view->currentIndex();
-    QString text = m_model->data(index).toString();
+    QString text = index.column() == fonts::ActivityImageColumn ? QString() : m_model->data(index).toString();
     if (text.isEmpty()) {
-        // On the preview or the activity image: the font's name says more than nothing.
+        // On one of the images: the font's name says more than nothing.
         if (const StaticFontPtr font = currentFont())
             text = QStringLiteral("%1 %2").arg(font->familyName(), font->styleName());
     }
@@ -266,28 +267,41 @@ void KrvFontManagerWindow::showSimilarFonts(SimilarFontsGroup::SimilarityMethod 
     if (!group)
         return;
     m_history.push({group, title});
-    showSimilarGroup({group, title});
+    showSimilarGroup(group, title);
 }
 
-void KrvFontManagerWindow::showSimilarGroup(const SimilarGroupHistory::Entry& entry)
+void KrvFontManagerWindow::showSimilarGroup(const FontGroupPtr& group, const QString& title)
 {
     m_sideBar->clearSelection();
     m_showsSimilarGroup = true;
     // Best first: the order of the result is its meaning.
-    m_model->sort(-1);
-    showGroup(entry.group, entry.title);
+    m_view->sortByGroup();
+    showGroup(group, title);
+}
+
+void KrvFontManagerWindow::showHistoryEntry(const SimilarGroupHistory::Entry* entry)
+{
+    if (!entry)
+        return;
+    m_view->resetState(KrvFontsView::ResetSelection);
+    if (entry->groupId == 0) {
+        showSimilarGroup(entry->group, entry->title);
+        return;
+    }
+    // The group may have been deleted since.
+    m_sideBar->selectGroup(entry->groupId);
+    if (m_sideBar->selectedGroupId() == 0)
+        m_sideBar->selectGroup(SystemFontGroupList::AllFonts);
 }
 
 void KrvFontManagerWindow::setPreviousSimilarFontGroup()
 {
-    if (const SimilarGroupHistory::Entry* entry = m_history.previous())
-        showSimilarGroup(*entry);
+    showHistoryEntry(m_history.previous());
 }
 
 void KrvFontManagerWindow::setNextSimilarFontGroup()
 {
-    if (const SimilarGroupHistory::Entry* entry = m_history.next())
-        showSimilarGroup(*entry);
+    showHistoryEntry(m_history.next());
 }
 
 void KrvFontManagerWindow::findSimilarFonts()

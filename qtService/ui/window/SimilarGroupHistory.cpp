@@ -16,6 +16,14 @@ void SimilarGroupHistory::push(const Entry& entry)
     m_current = m_entries.size() - 1;
 }
 
+void SimilarGroupHistory::visit(const Entry& group)
+{
+    if (m_current >= 0 && m_entries.at(m_current).groupId != 0)
+        m_entries[m_current] = group;
+    else
+        push(group);
+}
+
 const SimilarGroupHistory::Entry* SimilarGroupHistory::previous()
 {
     return hasPrevious() ? &m_entries.at(--m_current) : nullptr;
@@ -24,10 +32,4 @@ const SimilarGroupHistory::Entry* SimilarGroupHistory::previous()
 const SimilarGroupHistory::Entry* SimilarGroupHistory::next()
 {
     return hasNext() ? &m_entries.at(++m_current) : nullptr;
-}
-
-void SimilarGroupHistory::clear()
-{
-    m_entries.clear();
-    m_current = -1;
 }

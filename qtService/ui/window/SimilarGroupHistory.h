@@ -5,7 +5,8 @@
 #include <QString>
 #include <QVector>
 
-// The similarity results the user has looked at, in the order of a browser's back and forward.
+// The similarity results the user has looked at and the groups between them, in the order of a browser's back and
+// forward. Of groups visited one after the other only the last is an entry.
 class SimilarGroupHistory
 {
 public:
@@ -13,16 +14,18 @@ public:
     {
         FontGroupPtr group;
         QString title;
+        int groupId = 0; // 0: a similarity result
     };
 
     // A new entry drops whatever lay ahead.
     void push(const Entry& entry);
+    // The user is at this group of the side bar now.
+    void visit(const Entry& group);
     bool hasPrevious() const { return m_current > 0; }
     bool hasNext() const { return m_current + 1 < m_entries.size(); }
     // Null when there is none.
     const Entry* previous();
     const Entry* next();
-    void clear();
 
 private:
     QVector<Entry> m_entries;

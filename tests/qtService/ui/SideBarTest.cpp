@@ -11,6 +11,7 @@
 #include <QDropEvent>
 #include <QMimeData>
 #include <QSignalSpy>
+#include <QTextDocument>
 #include <QTreeView>
 #include <QtTest>
 
@@ -110,6 +111,31 @@ private slots:
                           view->visualRect(model->index(0, 0)).center());
         QCOMPARE(spy.count(), 1);
         QCOMPARE(widget.selectedGroupId(), group);
+    }
+
+    void aDeletedGroupIsNotLookedAtAnyMore()
+    {
+        const int group = addGroup(QStringLiteral("Mine"));
+        const int other = addGroup(QStringLiteral("Other"));
+        SideBarWidget widget;
+        widget.setGroups(m_system, m_user);
+        widget.selectGroup(group);
+        QSignalSpy spy(&widget, &SideBarWidget::groupIdSelected);
+        m_library->userDatabase->removeGroup(other);
+        QTRY_VERIFY(!m_user->group(other));
+        QCOMPARE(widget.selectedGroupId(), group);
+        m_library->userDatabase->removeGroup(group);
+        QTRY_COMPARE(widget.selectedGroupId(), int(SystemFontGroupList::AllFonts));
+        QCOMPARE(spy.count(), 1);
+    }
+
+    void namesAreNoMarkup()
+    {
+        const int group = addGroup(QStringLiteral("<b>Bold</b> & <i>co</i>"));
+        const SideBarModel model(m_system, m_user, 1);
+        QTextDocument shown;
+        shown.setHtml(model.indexOfGroup(group).data(Qt::ToolTipRole).toString());
+        QCOMPARE(shown.toPlainText(), QStringLiteral("<b>Bold</b> & <i>co</i>"));
     }
 
     void fontsAreDroppedOnGroups_data()

@@ -16,6 +16,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -23,6 +24,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QtTest>
 
@@ -87,6 +89,7 @@ private slots:
             QCOMPARE(answers.given(), 2);
         }
         QTRY_COMPARE(groups()->group(id)->name(), QStringLiteral("Best"));
+        QTRY_COMPARE(title(), QStringLiteral("Best"));
         QTRY_COMPARE(groups()->groupCount(), 2);
         {
             ModalAnswers answers(
@@ -118,6 +121,47 @@ private slots:
         QCOMPARE(groups()->groupCount(), 0);
         QCOMPARE(typed, QStringLiteral("x y"));
         QVERIFY(!okForNothing);
+    }
+
+    void namesInQuestionsAreNoMarkup()
+    {
+        const int id = m_library->service()->addGroup(QStringLiteral("<b>Bold</b>"));
+        sideBar()->selectGroup(id);
+        Qt::TextFormat format = Qt::RichText;
+        ModalAnswers answers({[&](QDialog* dialog) {
+            format = Qt::TextFormat(dialog->property("textFormat").toInt());
+            dialog->reject();
+        }});
+        action("actionDeleteGroup")->trigger();
+        QCOMPARE(answers.given(), 1);
+        QCOMPARE(format, Qt::PlainText);
+        QCOMPARE(groups()->groupCount(), 1);
+    }
+
+    void backAndForwardLeadThroughResultsAndGroups()
+    {
+        auto* back = m_window->findChild<QPushButton*>(QStringLiteral("btnBack"));
+        auto* forward = m_window->findChild<QPushButton*>(QStringLiteral("btnForward"));
+        sideBar()->selectGroup(SystemFontGroupList::InactiveFonts);
+        QTRY_COMPARE(model()->rowCount(), 5);
+        QVERIFY(!back->isEnabled());
+        selectFirst(1);
+        action("actionSimilarity")->trigger();
+        QCOMPARE(title(), QStringLiteral("Similar fonts to Family 1 Book"));
+        QVERIFY(!m_view->header()->isSortIndicatorShown());
+        action("actionSmartChoiceMix")->trigger();
+        sideBar()->selectGroup(SystemFontGroupList::AllFonts);
+        QVERIFY(m_view->header()->isSortIndicatorShown());
+        for (const char* expected : {"Smart Choice Mix", "Similar fonts to Family 1 Book", "Inactive Fonts"}) {
+            QVERIFY(back->isEnabled());
+            QTest::mouseClick(back, Qt::LeftButton);
+            QCOMPARE(title(), QLatin1String(expected));
+        }
+        QVERIFY(!back->isEnabled());
+        QCOMPARE(sideBar()->selectedGroupId(), int(SystemFontGroupList::InactiveFonts));
+        QTest::mouseClick(forward, Qt::LeftButton);
+        QCOMPARE(title(), QStringLiteral("Similar fonts to Family 1 Book"));
+        QCOMPARE(sideBar()->selectedGroupId(), 0);
     }
 
     void fontsJoinTickedGroups()
@@ -250,12 +294,43 @@ private slots:
         trueType->setChecked(false);
         QTRY_COMPARE(model()->rowCount(), 0);
         m_window->resize(1221, 703);
+        const auto tools = [this] { return m_window->findChild<QWidget*>(QStringLiteral("filterWidgetsStack")); };
+        auto* splitter = m_window->findChild<QSplitter*>(QStringLiteral("spltrFontListFilters"));
+        splitter->setSizes({splitter->height() - 201, 201});
+        const int height = tools()->height();
+        QVERIFY(height > 180);
+        QTest::mouseClick(filters, Qt::LeftButton);
+        QVERIFY(tools()->isHidden());
         m_window.reset();
 
         openWindow(0);
         QCOMPARE(m_window->size(), QSize(1221, 703));
+        filters = m_window->findChild<QPushButton*>(QStringLiteral("btnFitlers"));
+        QTest::mouseClick(filters, Qt::LeftButton);
+        QTRY_COMPARE(tools()->height(), height);
         QVERIFY(m_window->findChild<QCheckBox*>(QStringLiteral("openTypeCheckBox"))->isVisible());
         QVERIFY(!m_window->findChild<QCheckBox*>(QStringLiteral("trueTypeCheckBox"))->isChecked());
+        action("actionResetFilters")->trigger();
+        QTRY_COMPARE(model()->rowCount(), 5);
+    }
+
+    void theWindowOpensWhereItCanBeSeen()
+    {
+        m_window.reset();
+        KrvUiSettings::instance()->setValue(KrvUiSettings::SidMainWindowGeometry, QRect(9000, -9000, 700, 500));
+        openWindow();
+        QVERIFY(QGuiApplication::primaryScreen()->availableGeometry().contains(m_window->geometry().topLeft()));
+    }
+
+    void aFoundryThatIsGoneIsStillNamedWhileItFilters()
+    {
+        m_window.reset();
+        FontFiltersState state;
+        state.setFoundry(QStringLiteral("Gone"));
+        KrvUiSettings::instance()->setValue(KrvUiSettings::SidFilteringCriteria, QVariant::fromValue(state));
+        openWindow(0);
+        QCOMPARE(m_window->findChild<QComboBox*>(QStringLiteral("foundryComboBox"))->currentText(),
+                 QStringLiteral("Gone"));
         action("actionResetFilters")->trigger();
         QTRY_COMPARE(model()->rowCount(), 5);
     }
@@ -282,6 +357,7 @@ private:
     KrvFontsViewModel* model() const { return static_cast<KrvFontsViewModel*>(m_view->model()); }
     SideBarWidget* sideBar() const { return m_window->findChild<SideBarWidget*>(QStringLiteral("sideBar")); }
     QSharedPointer<UserFontGroupList> groups() const { return m_library->service()->userFontGroups(); }
+    QString title() const { return m_window->findChild<QLabel*>(QStringLiteral("lblTitle"))->text(); }
     QAction* action(const char* name) const { return m_window->findChild<QAction*>(QLatin1String(name)); }
 
     // Selects the first rows as a user does; the first is the current one.
