@@ -1,6 +1,7 @@
 #include "qtService/database/KrvUserDatabase.h"
 
 #include "qtService/database/DatabaseConnectionFactory.h"
+#include "qtService/database/UserDatabaseAccess.h"
 #include "qtService/database/UserDatabaseFile.h"
 
 #include <QSqlDatabase>
@@ -37,6 +38,7 @@ void logBoundValues(const QSqlQuery& query, const char* title)
 
 KrvUserDatabase::KrvUserDatabase(QObject* parent)
     : QObject(parent)
+    , m_access(QSharedPointer<UserDatabaseAccess>::create(this))
 {
     qRegisterMetaType<QList<FontHash>>("QList<KrvUserDatabase::FontHash>");
     qRegisterMetaType<QList<FontHash>>("QList<FontHash>");
@@ -44,7 +46,15 @@ KrvUserDatabase::KrvUserDatabase(QObject* parent)
     qRegisterMetaType<FontHash>("FontHash");
 }
 
-KrvUserDatabase::~KrvUserDatabase() = default;
+KrvUserDatabase::~KrvUserDatabase()
+{
+    m_access->close();
+}
+
+QSharedPointer<const UserDatabaseAccess> KrvUserDatabase::access() const
+{
+    return m_access;
+}
 
 bool KrvUserDatabase::open(const QString& fileName)
 {

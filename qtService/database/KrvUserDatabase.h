@@ -5,12 +5,14 @@
 #include <QObject>
 #include <QReadWriteLock>
 #include <QScopedPointer>
+#include <QSharedPointer>
 #include <QStringList>
 #include <QVariant>
 
 #include <functional>
 
 class DatabaseConnectionFactory;
+class UserDatabaseAccess;
 class QSqlDatabase;
 class QSqlQuery;
 
@@ -67,6 +69,8 @@ public:
     // Where a damaged file was moved by open(); empty when there was none.
     QString setAsideFile() const;
     int userVersion() const;
+    // For those who may outlive the database.
+    QSharedPointer<const UserDatabaseAccess> access() const;
 
     // Transactions nest. Between the two calls the thread holds the database's turn to write; both are made on one
     // thread. endTransaction() tells whether the commit was carried out.
@@ -141,6 +145,7 @@ private:
     void loadFontData();
     void changeFontData(const QList<FontHash>& fontHashes, const std::function<void(FontData&)>& change);
 
+    const QSharedPointer<UserDatabaseAccess> m_access;
     QScopedPointer<DatabaseConnectionFactory> m_connections;
     QString m_setAsideFile;
 

@@ -2,11 +2,12 @@
 
 #include "qtService/database/MatchingCriteria.h"
 #include "qtService/database/StaticFont.h"
+#include "qtService/database/UserDatabaseAccess.h"
 
 UserFontGroup::UserFontGroup(const QSharedPointer<FontCollectionInterface>& source, KrvUserDatabase* userDatabase,
                              int groupId)
     : FontGroup(source, userDatabase->groupName(groupId), Start::Empty)
-    , m_userDatabase(userDatabase)
+    , m_userDatabase(userDatabase->access())
     , m_groupId(groupId)
 {
     connect(userDatabase, &KrvUserDatabase::groupRenamed, this, &UserFontGroup::onGroupRenamed);
@@ -22,9 +23,9 @@ int UserFontGroup::groupId() const
 
 void UserFontGroup::reload(bool notify)
 {
-    if (!m_userDatabase)
+    QStringList hashes;
+    if (!m_userDatabase->use([&](const KrvUserDatabase& database) { hashes = database.groupFontHashes({m_groupId}); }))
         return;
-    const QStringList hashes = m_userDatabase->groupFontHashes({m_groupId});
     m_absentHashes = QSet<QString>(hashes.cbegin(), hashes.cend());
     m_memberHashes.clear();
     const QList<int> ids = takePresent(fontsWithHashes(m_absentHashes));
@@ -85,8 +86,11 @@ void UserFontGroup::onSourceFontsChanged(const QList<int>& fontIdList)
 
 void UserFontGroup::onGroupRenamed(int groupId)
 {
-    if (groupId == m_groupId && m_userDatabase)
-        setName(m_userDatabase->groupName(m_groupId));
+    if (groupId != m_groupId)
+        return;
+    QString name;
+    if (m_userDatabase->use([&](const KrvUserDatabase& database) { name = database.groupName(m_groupId); }))
+        setName(name);
 }
 
 void UserFontGroup::onGroupCleared(int groupId)

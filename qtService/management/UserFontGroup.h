@@ -4,8 +4,10 @@
 #include "qtService/management/FontGroup.h"
 
 #include <QHash>
-#include <QPointer>
 #include <QSet>
+#include <QSharedPointer>
+
+class UserDatabaseAccess;
 
 // The fonts of one of the user's groups in user.db, as far as the source has them.
 class UserFontGroup : public FontGroup
@@ -32,7 +34,7 @@ private:
     QList<int> takePresent(const QList<StaticFontPtr>& fonts);
     QList<StaticFontPtr> fontsWithHashes(const QSet<KrvUserDatabase::FontHash>& hashes) const;
 
-    QPointer<KrvUserDatabase> m_userDatabase;
+    const QSharedPointer<const UserDatabaseAccess> m_userDatabase; // a window may show the group after it closed
     int m_groupId;
     // The group in user.db: the hashes of the members, and of the fonts that the source does not have now. What comes
     // into the source is compared with these only. Used on the group's thread.

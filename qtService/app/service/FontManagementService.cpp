@@ -212,6 +212,10 @@ void FontManagementService::closeLibrary()
         userGroups.swap(m_userGroups);
         existingFonts.swap(m_existingFonts);
     }
+    // The groups that a window still shows take the repository with them, on the main thread and any time after this.
+    // Nothing may run it here by then, so it is cut off from what calls it on this thread.
+    disconnect(SystemFontManager::instance(), nullptr, closing.repository.data(), nullptr);
+    QCoreApplication::removePostedEvents(closing.repository.data());
     closing.fontAdder->shutDown();
     closing.fontAdder.reset();
     if (!QThreadPool::globalInstance()->waitForDone(commandsTimeout))

@@ -4,9 +4,11 @@
 #include "qtService/app/core/SettingsFolders.h"
 #include "qtService/database/KrvFeatureRepository.h"
 #include "qtService/database/KrvFontRepository.h"
+#include "qtService/database/KrvUserDatabase.h"
 #include "qtService/database/StaticFont.h"
 #include "qtService/management/FontAdder.h"
 #include "qtService/management/UserFontGroupList.h"
+#include "qtService/management/systemfm/SystemFontManager.h"
 #include "tests/qtService/management/LibraryFixture.h"
 #include "tests/support/helperprograms.h"
 #include "tests/support/testregistry.h"
@@ -15,6 +17,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <thread>
 
 using namespace kerval::testing;
 
@@ -86,6 +90,8 @@ private slots:
     void limitsRecentGroups();
     void answersWithNothingWhenStopped();
     void finishesRunningProcessesBeforeItStops();
+    void stopsWhileTheSystemsFontsChange();
+    void stopsWhileGroupsChange();
 };
 
 void FontManagementServiceTest::analysesAndCataloguesAFolder()
@@ -348,6 +354,43 @@ void FontManagementServiceTest::finishesRunningProcessesBeforeItStops()
         QTRY_VERIFY_WITH_TIMEOUT(!stopped.isEmpty(), 30000);
     }
     QCOMPARE(running.service->repository()->fontCount(), 20);
+}
+
+// The groups that a window shows go after the library, and with them the repository, on another thread than its own.
+void FontManagementServiceTest::stopsWhileTheSystemsFontsChange()
+{
+    auto* const manager = kerval::systemfm::SystemFontManager::instance();
+    RunningService running;
+    for (int round = 0; round < 10; ++round) {
+        QSharedPointer<FontGroup> shown = running.service->existingFontsGroup();
+        running.service->stop();
+        for (int i = 0; i < 100; ++i)
+            emit manager->activeFontsChanged();
+        QTRY_VERIFY(!running.service->isStarted());
+        shown.clear();
+        running.service->start();
+        QTRY_VERIFY(running.service->isStarted());
+    }
+}
+
+void FontManagementServiceTest::stopsWhileGroupsChange()
+{
+    RunningService running;
+    const int group = running.service->addGroup(QStringLiteral("Mine"));
+    for (int round = 0; round < 10; ++round) {
+        const QSharedPointer<FontGroup> shown = running.service->userFontGroups()->group(group);
+        KrvUserDatabase* const database = running.service->userDatabase();
+        // From a command's thread, so that the group hears of it while the library closes.
+        std::thread([database, group] {
+            for (int i = 0; i < 3000; ++i)
+                emit database->fontGroupsChanged({}, group);
+        }).join();
+        running.service->stop();
+        QTRY_VERIFY(!running.service->isStarted());
+        QCoreApplication::processEvents();
+        running.service->start();
+        QTRY_VERIFY(running.service->isStarted());
+    }
 }
 
 KERVAL_TEST(FontManagementServiceTest)
