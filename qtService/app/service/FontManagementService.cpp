@@ -148,8 +148,10 @@ void FontManagementService::openPrograms(const QString& settingsFolder)
     // Feature files of another catalogue, or of fonts that are gone, must not be searched.
     if (m_fontDatabase->fileState() != FontDatabase::Opened)
         similarity->clearFeatures();
-    connect(m_repository.data(), &KrvFontRepository::fontsRemoved, similarity,
-            [similarity] { similarity->clearFeatures(); });
+    // At once: whoever hears of the removal and searches must not have places taken by what is gone.
+    connect(
+        m_repository.data(), &KrvFontRepository::fontsRemoved, similarity,
+        [similarity] { similarity->clearFeatures(); }, Qt::DirectConnection);
     const auto adder = QSharedPointer<FontAdder>::create(programs + QStringLiteral("/krvfontadder.exe"), similarity,
                                                          m_userDatabase, m_repository, m_featureRepository);
 
