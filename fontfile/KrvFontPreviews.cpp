@@ -95,7 +95,7 @@ bool KrvFontPainter::renderPixelPreview(const QString& fileName, const PixelSize
     font.applyMetricsCorrection(request.correction);
     font.setPixelSize(request.pixelSize);
     const double width = 2.0 * KrvFontMetrics(&font).textWidth(request.text);
-    const double height = int(font.pixelSize() * 1.5);
+    const double height = int(request.pixelSize * 1.5);
     QImage board = makeBoard(width, height, request.color);
     if (board.isNull() && width * height > maxBoardPixels)
         return false;

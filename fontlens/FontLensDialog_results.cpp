@@ -150,7 +150,8 @@ void FontLensDialog::onPreviewTextChanged()
 void FontLensDialog::requestCustomPreview()
 {
     m_previewMissing = true;
-    m_session->renderCustomPreview(currentFont()->id, largePreviewSize, m_form->previewWidget->currentText());
+    m_session->renderCustomPreview(currentFont()->id, qRound(largePreviewSize * devicePixelRatioF()),
+                                   m_form->previewWidget->currentText());
 }
 
 // A failure does not say whose preview failed; it is told unless the selected font's has already come.

@@ -54,7 +54,7 @@ QImage FontLensSimilarFontsModel::cellOf(const QImage& rendered) const
     if (!rendered.isNull()) {
         const int margin = qRound(cellMargin * m_ratio);
         const QSize room = cell.size() - QSize(2 * margin, 2 * margin);
-        QSize size = rendered.size() * m_ratio;
+        QSize size = rendered.size() * (m_ratio / m_renderedRatio);
         if (size.width() > room.width() || size.height() > room.height())
             size.scale(room, Qt::KeepAspectRatio);
         QImage image(rendered.size(), QImage::Format_RGB32);
@@ -94,8 +94,9 @@ void FontLensSimilarFontsModel::setFonts(const QList<FontDataPtr>& fonts)
     endResetModel();
     if (!m_session)
         return;
+    m_renderedRatio = m_ratio;
     for (const FontDataPtr& font : fonts)
-        m_session->renderPreview(font->id, renderedSize);
+        m_session->renderPreview(font->id, qRound(renderedSize * m_renderedRatio));
 }
 
 FontDataPtr FontLensSimilarFontsModel::font(const QModelIndex& index) const

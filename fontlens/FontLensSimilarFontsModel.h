@@ -62,4 +62,5 @@ private:
     QVector<QImage> m_cells;    // the same as shown
     QColor m_ink = Qt::black;
     qreal m_ratio = 1;
+    qreal m_renderedRatio = 1; // of the screen that the previews were asked for
 };

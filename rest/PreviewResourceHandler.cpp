@@ -1,5 +1,6 @@
 #include "rest/PreviewResourceHandler.h"
 
+#include "fontfile/KrvFontFile.h"
 #include "fontfile/KrvFontPainter.h"
 #include "qtService/database/StaticFont.h"
 #include "rest/http/QHttpResponse.h"
@@ -36,7 +37,14 @@ QImage PreviewResourceHandler::drawAtHeight(const fms::StaticFont& font, const Q
     PixelSizePreviewRequest preview;
     preview.text = text;
     preview.correction = KrvFontMetrics::MetricsCorrection::fromString(font.fullMetricsCorrection());
-    KrvFontPainter::renderAtHeight(font.fileName(), preview, height, &image, font.faceIndex());
+    if (KrvFontPainter::renderAtHeight(font.fileName(), preview, height, &image, font.faceIndex()))
+        return image;
+    // A font whose file is gone or broken leaves its row empty, like one without these characters; what is refused is
+    // a text that would need too large a picture.
+    if (!KrvFontFile(font.fileName()).open(font.faceIndex())) {
+        image = QImage(1, height, QImage::Format_ARGB32);
+        image.fill(Qt::transparent);
+    }
     return image;
 }
 

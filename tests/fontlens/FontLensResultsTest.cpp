@@ -112,6 +112,30 @@ private slots:
         QVERIFY2(large < 15, qPrintable(QString::number(large)));
     }
 
+    // The service draws for the pixels of the screen; nothing is made larger afterwards.
+    void aDenseScreenAsksForLargerPreviews()
+    {
+        open();
+        identify();
+        auto* results = qobject_cast<FontLensSimilarFontsModel*>(model());
+        QVERIFY(results);
+        QTRY_COMPARE(m_lens->service().count("render"), 4);
+        const auto font = results->font(results->index(0, 0));
+        results->setAppearance(Qt::black, 2);
+        results->setFonts({font});
+        QTRY_COMPARE(m_lens->service().count("render"), 5);
+        QCOMPARE(m_lens->service().queries("render").last().queryItemValue(QStringLiteral("size")),
+                 QStringLiteral("64"));
+        const QRgb expected = FakeRecognition::previewColor(2).rgb();
+        QTRY_COMPARE(imageAt(0).pixel(20, imageAt(0).height() / 2), expected);
+        const QImage cell = imageAt(0);
+        QCOMPARE(cell.size(), FontLensSimilarFontsModel::previewSize() * 2);
+        int wide = 0;
+        for (int x = 0; x < cell.width(); ++x)
+            wide += cell.pixel(x, cell.height() / 2) == expected;
+        QCOMPARE(wide, 200); // as it came
+    }
+
     // What arrives for a font that the user has left shows nothing.
     void lateAnswersAreNotShown()
     {
