@@ -1,5 +1,6 @@
 #include "rest/Server.h"
 
+#include "rest/BodySender.h"
 #include "rest/DeferredResourceHandler.h"
 #include "rest/http/HttpRequestParser.h"
 #include "rest/http/QHttpRequest.h"
@@ -155,8 +156,7 @@ void Server::begin(QHttpRequest* request, const QPointer<QHttpResponse>& respons
         entry->second = std::move(work);
 }
 
-void Server::send(QHttpResponse* response, int status, const ResourceHandler::Headers& headers, const QByteArray& body,
-                  bool isPrivate)
+void Server::sendHead(QHttpResponse* response, int status, const ResourceHandler::Headers& headers, bool isPrivate)
 {
     QStringList names = headers.keys();
     names.sort();
@@ -167,6 +167,12 @@ void Server::send(QHttpResponse* response, int status, const ResourceHandler::He
         response->setHeader(QStringLiteral("Access-Control-Expose-Headers"), names.join(QLatin1String(", ")));
     }
     response->writeHead(status);
+}
+
+void Server::send(QHttpResponse* response, int status, const ResourceHandler::Headers& headers, const QByteArray& body,
+                  bool isPrivate)
+{
+    sendHead(response, status, headers, isPrivate);
     response->write(body);
     response->end();
 }
@@ -183,8 +189,13 @@ void Server::dispatch(QHttpRequest* request, const QPointer<QHttpResponse>& resp
 {
     ResourceHandler::Headers headers;
     QByteArray body;
+    StreamedBody::NextPiece nextPiece;
     int status = QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
     try {
+        // Asked for first: the request is good only as long as no handler has waited.
+        auto* streamed = dynamic_cast<StreamedBody*>(handler.get());
+        if (streamed && request->method() == QHttpRequest::HTTP_GET)
+            nextPiece = streamed->body(*request);
         status = handler->handle(request, &headers, &body);
     } catch (const std::exception& error) {
         // An answer too large for the memory must not end the service.
@@ -196,7 +207,12 @@ void Server::dispatch(QHttpRequest* request, const QPointer<QHttpResponse>& resp
     if (!response || response->isFinished())
         return;
 
-    send(response, status, headers, body, handler->isPrivate());
+    if (nextPiece && status == QHttpResponse::STATUS_OK) {
+        sendHead(response, status, headers, handler->isPrivate());
+        new BodySender(response, nextPiece);
+    } else {
+        send(response, status, headers, body, handler->isPrivate());
+    }
 }
 
 } // namespace api::rest

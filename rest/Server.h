@@ -72,6 +72,7 @@ private:
     void begin(QHttpRequest* request, const QPointer<QHttpResponse>& response, DeferredResourceHandler& handler);
     static void dispatch(QHttpRequest* request, const QPointer<QHttpResponse>& response,
                          const std::shared_ptr<ResourceHandler>& handler);
+    static void sendHead(QHttpResponse* response, int status, const ResourceHandler::Headers& headers, bool isPrivate);
     static void send(QHttpResponse* response, int status, const ResourceHandler::Headers& headers,
                      const QByteArray& body, bool isPrivate);
     static void refuse(QHttpResponse* response, int statusCode);

@@ -1,6 +1,7 @@
 #include "fontfile/sheets/FontSheetPdf.h"
 
 #include "fontfile/KrvFontFile.h"
+#include "fontfile/KrvFontMetrics.h"
 #include "fontfile/KrvFontPainter.h"
 
 #include <QDebug>
@@ -171,16 +172,20 @@ void FontSheetPdf::drawCharacters(KrvFontFile* file, const fms::StaticFont& font
     // Without a measured font there is no cell to put a character in.
     const int cellWidth = int(qBound(-1.0, cellHeight * correction.c1, double(maxCellWidth)));
     if (correction.isValid() && cellWidth > 0) {
-        QImage cell = whiteImage(cellWidth, cellHeight);
+        // Accents and descenders may leave their cell; half of the gap on either side is theirs.
+        QImage cell = whiteImage(cellWidth, cellHeight + gap);
+        const KrvFontMetrics metrics(file);
         int x = 0;
         for (const ushort character : file->characters()) {
             if (m_y >= page.height() || m_job->isCancelled())
                 break;
             cell.fill(Qt::white);
             QPainter cellPainter(&cell);
-            KrvFontPainter(&cellPainter, file).drawCharacter(cell.rect(), Qt::AlignHCenter, QChar(character));
+            const unsigned int glyph = file->glyphIndex(QChar(character));
+            const int left = cellWidth / 2 - metrics.glyphBox(glyph).width() / 2 - metrics.leftBearing(glyph);
+            KrvFontPainter(&cellPainter, file).drawGlyphAt(QPoint(left, gap / 2 + metrics.ascent()), glyph);
             cellPainter.end();
-            m_document.painter().drawImage(x, m_y, cell);
+            m_document.painter().drawImage(x, m_y - gap / 2, cell);
             x += cellWidth;
             if (x > page.width() - cellWidth) {
                 m_y += cellHeight + gap;

@@ -1,11 +1,14 @@
 #include "qtService/app/core/SettingsFolders.h"
 #include "rest/DeferredResourceHandler.h"
 #include "rest/Server.h"
+#include "rest/StreamedBody.h"
 #include "tests/rest/httpclient.h"
 #include "tests/support/testregistry.h"
 
+#include <QAtomicInt>
 #include <QEventLoop>
 #include <QSettings>
+#include <QTcpSocket>
 #include <QtTest>
 
 #include <memory>
@@ -60,6 +63,25 @@ class TestRouting : public QObject
         }
         QMap<QString, Reply> replies;
         int working = 0;
+    };
+
+    // A hundred megabytes, unless somebody asks for less.
+    struct Streamed : ResourceHandler, api::rest::StreamedBody
+    {
+        static constexpr int pieceSize = 512 * 1024;
+        int get(QHttpRequest* request, Headers*, QByteArray*) override
+        {
+            return request->path().endsWith(QLatin1String("/none")) ? 404 : 200;
+        }
+        NextPiece body(const QHttpRequest& request) override
+        {
+            const int pieces = request.path().endsWith(QLatin1String("/short")) ? 3 : 200;
+            return [made = made, pieces] {
+                const int n = made->fetchAndAddOrdered(1);
+                return n < pieces ? QByteArray(pieceSize, char('a' + n)) : QByteArray();
+            };
+        }
+        std::shared_ptr<QAtomicInt> made = std::make_shared<QAtomicInt>(0);
     };
 
     std::unique_ptr<Server> m_server;
@@ -197,6 +219,43 @@ private slots:
         replies.value(QStringLiteral("/deferred/last"))({200, {}, "late"});
         QTRY_VERIFY(last->isFinished());
         QVERIFY(last->error() != QNetworkReply::NoError);
+    }
+
+    void streamedBodiesArriveWhole()
+    {
+        auto* handler = new Streamed;
+        m_server->addHandler("/streamed/.*", handler);
+        QCOMPARE(m_client->get(QStringLiteral("/streamed/none")).status, 404);
+        QCOMPARE(handler->made->loadAcquire(), 0);
+        const HttpReply reply = m_client->get(QStringLiteral("/streamed/short"));
+        QCOMPARE(reply.status, 200);
+        QCOMPARE(reply.header("Access-Control-Allow-Origin"), QByteArray("*"));
+        QByteArray expected;
+        for (const char c : {'a', 'b', 'c'})
+            expected += QByteArray(Streamed::pieceSize, c);
+        QVERIFY(reply.body == expected);
+        QTRY_COMPARE(handler->made.use_count(), 1L);
+    }
+
+    // What a client does not take is not made either, and others are served meanwhile.
+    void aSlowClientHoldsItsBodyBack()
+    {
+        auto* handler = new Streamed;
+        m_server->addHandler("/streamed/.*", handler);
+        QTcpSocket client;
+        client.setReadBufferSize(1024);
+        client.connectToHost(QHostAddress::LocalHost, m_server->port());
+        QTRY_COMPARE(client.state(), QAbstractSocket::ConnectedState);
+        client.write("GET /streamed/long HTTP/1.1\r\nHost: localhost\r\n\r\n");
+        QTRY_VERIFY(client.bytesAvailable() > 0);
+        for (int i = 0; i < 300; ++i)
+            QCOMPARE(m_client->get(QStringLiteral("/echo")).status, 200);
+        QVERIFY2(handler->made->loadAcquire() < 100, qPrintable(QString::number(handler->made->loadAcquire())));
+        QVERIFY(handler->made.use_count() > 1);
+
+        client.abort();
+        QTRY_COMPARE(handler->made.use_count(), 1L);
+        QVERIFY(handler->made->loadAcquire() < 100);
     }
 
     void privateRoutesAreForThisMachineAlone()
