@@ -206,11 +206,16 @@ void KrvFontPainter::drawGlyphAt(const QPoint& baselineOrigin, unsigned int glyp
 {
     m_painter->save();
     m_painter->translate(baselineOrigin);
-    const FT_GlyphSlot slot = glyph ? m_font->loadGlyph(glyph) : nullptr;
-    if (slot && slot->format == FT_GLYPH_FORMAT_OUTLINE) {
-        PainterPaintDevice device(m_painter);
-        SpanContext context{nullptr, &device, QPoint()};
-        m_font->renderOutline(&slot->outline, drawSpans, &context);
-    }
+    PainterPaintDevice device(m_painter);
+    drawOutline(device, glyph);
     m_painter->restore();
+}
+
+void KrvFontPainter::drawOutline(PaintDeviceWrapper& device, unsigned int glyph)
+{
+    const FT_GlyphSlot slot = glyph ? m_font->loadGlyph(glyph) : nullptr;
+    if (!slot || slot->format != FT_GLYPH_FORMAT_OUTLINE)
+        return;
+    SpanContext context{nullptr, &device, QPoint()};
+    m_font->renderOutline(&slot->outline, drawSpans, &context);
 }

@@ -52,6 +52,8 @@ public:
     // ink. The request's size does not count.
     static bool renderAtHeight(const QString& fileName, PixelSizePreviewRequest request, int height, QImage* out,
                                int faceIndex);
+    // The ink of one glyph at the size set on the font, in an indexed image just as large. False when it has none.
+    static bool renderGlyph(KrvFontFile& font, unsigned int glyph, QRgb color, QImage* out);
     static bool renderWithSystemFont(QFont font, const QColor& color, const QString& text, QImage* out, bool watermark,
                                      double watermarkOpacity);
     static bool drawWatermark(QImage* image, double opacity);
@@ -59,6 +61,7 @@ public:
     static QVector<QRgb> colorTable(QRgb color);
 
 private:
+    void drawOutline(PaintDeviceWrapper& device, unsigned int glyph);
     void drawLine(PaintDeviceWrapper& device, const QPoint& baselineOrigin, const QString& text, QRect* drawnRect);
 
     KrvFontFile* m_font;

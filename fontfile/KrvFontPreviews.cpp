@@ -127,6 +127,22 @@ bool KrvFontPainter::renderAtHeight(const QString& fileName, PixelSizePreviewReq
     return !image.isNull();
 }
 
+bool KrvFontPainter::renderGlyph(KrvFontFile& font, unsigned int glyph, QRgb color, QImage* out)
+{
+    const QRect ink = glyph ? KrvFontMetrics(&font).inkBox(glyph) : QRect();
+    // The device drops spans that would not fit a row before it moves them: the board reaches from the origin.
+    QImage board = makeBoard(qMax(ink.width(), ink.right() + 1), ink.height(), color);
+    if (board.isNull())
+        return false;
+    QPainter inactive;
+    Indexed8PaintDevice device(&board);
+    device.translate(-ink.topLeft());
+    KrvFontPainter(&inactive, &font).drawOutline(device, glyph);
+    board.setColorTable(colorTable(color));
+    *out = board.copy(0, 0, ink.width(), ink.height());
+    return true;
+}
+
 bool KrvFontPainter::renderWithSystemFont(QFont font, const QColor& color, const QString& text, QImage* out,
                                           bool watermark, double watermarkOpacity)
 {

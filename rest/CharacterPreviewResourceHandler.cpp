@@ -1,6 +1,7 @@
 #include "rest/CharacterPreviewResourceHandler.h"
 
 #include "fontfile/KrvFontFile.h"
+#include "fontfile/KrvFontPainter.h"
 #include "qtService/database/StaticFont.h"
 
 namespace api::rest {
@@ -15,10 +16,15 @@ QImage CharacterPreviewResourceHandler::draw(const fms::StaticFont& font, const 
     const uint character = parameters.value(QStringLiteral("character")).toUInt();
     if (character == 0 || character > QChar::LastValidCodePoint || QChar::isSurrogate(character))
         return QImage();
+    const int pixels = pixelSize(parameters);
     KrvFontFile file(font.fileName());
-    if (!file.open(font.faceIndex()) || file.glyphIndexOf(character) == 0)
+    if (pixels <= 0 || pixels > maximumSide || !file.open(font.faceIndex()))
         return QImage();
-    return drawText(font, QString::fromUcs4(&character, 1), pixelSize(parameters));
+    // The character's own glyph, not a text of it: marks have no width of their own, and text hides some characters.
+    QImage image;
+    file.setPixelSize(pixels);
+    KrvFontPainter::renderGlyph(file, file.glyphIndexOf(character), 0xff000000, &image);
+    return image;
 }
 
 } // namespace api::rest

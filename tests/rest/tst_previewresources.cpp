@@ -94,6 +94,21 @@ private slots:
         QVERIFY(!character.header("Expires").isEmpty());
     }
 
+    void charactersAreDrawnByTheirGlyph()
+    {
+        const auto character = [this](int code) {
+            return get(QStringLiteral("/character-previews?fontId=%1&character=%2&pixelSize=40").arg(m_font).arg(code));
+        };
+        QCOMPARE(image(character('A')), image(text(QStringLiteral("text=A&pixelSize=40"))));
+        QCOMPARE(image(character(0x1F600)).size(), QSize(36, 36));
+        // A soft hyphen, and marks below, which have no width in a text.
+        for (const int code : {0xAD, 0x5BD, 0x64D}) {
+            const HttpReply reply = character(code);
+            QCOMPARE(reply.status, 200);
+            QVERIFY(image(reply).width() > 2);
+        }
+    }
+
     void inverting()
     {
         QVERIFY(isAllOf(image(text(QStringLiteral("text=Hello&pixelSize=30&invert=TRUE"))), 0));
