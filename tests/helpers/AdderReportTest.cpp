@@ -334,7 +334,7 @@ void AdderReportTest::strangeSideFilesAreIgnored()
     const QString sideFile = font + QStringLiteral(".onlineinfo");
     for (const QByteArray& content :
          {QByteArray("OnlineId=9999999999999999999999\nDownloadedDate=@DateTime(\\0\\0\\0\\x10"),
-          QByteArray(1 << 20, '\\'), QByteArray("[Other]\nOnlineId=5\nPurchased=true\n=\n[\n\0\xff\n", 44)}) {
+          QByteArray(1 << 20, '\\'), QByteArray("[Other]\nOnlineId=5\nPurchased=true\n=\n[\n\0\xff\n", 41)}) {
         kerval::testing::writeFile(sideFile, content);
         const AdderRun run = AdderRun::of(font);
         QCOMPARE(run.exitCode, 0);

@@ -73,11 +73,12 @@ void allowFrameworkWarning(const QString& part)
 } // namespace kerval::testing
 
 #ifdef __SANITIZE_ADDRESS__
-// The platform plugin that the tests run on never frees its screen, nor the script engine what it keeps for a thread.
+// The platform plugin that the tests run on never frees its screen, nor the script engine what it keeps for a thread,
+// nor Qt Quick the pictures of a window that goes with the program.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions()
 {
-    return "leak:libqoffscreen\nleak:libQt5Script\n";
+    return "leak:libqoffscreen\nleak:libQt5Script\nleak:libQt5Quick\n";
 }
 #endif
 
@@ -119,12 +120,14 @@ int main(int argc, char** argv)
     for (const TestClass& test : classes) {
         if (!wanted.isEmpty() && !wanted.contains(QLatin1String(test.name)))
             continue;
-        const std::unique_ptr<QObject> object = test.create();
+        std::unique_ptr<QObject> object = test.create();
         // QTest installs its own handler for each run and chains to the one it finds.
         previousHandler = nullptr;
         qInstallMessageHandler(collectWarnings);
         failures += QTest::qExec(object.get(), int(passed.size()), passed.data());
         qInstallMessageHandler(nullptr);
+        object.reset();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     for (const QString& warning : frameworkWarnings)
         std::fprintf(stderr, "framework warning: %s\n", qPrintable(warning));

@@ -194,7 +194,7 @@ void FontAdderTest::survivesAMissingProgram()
     QCOMPARE(adder->numberOfFonts(), 1000);
     QSignalSpy stopped(adder.data(), &FontAdder::fontAddingStopped);
     adder->startAdding();
-    QVERIFY(stopped.wait(60000));
+    QVERIFY(stopped.wait(240000));
     QCOMPARE(adder->failedFontFiles().value(file), int(FontAdder::ProcessingFailed));
     QCOMPARE(m_library->repository->fontCount(), 0);
 }
