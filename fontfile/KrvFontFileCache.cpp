@@ -76,7 +76,8 @@ KrvFontFileCache::Names KrvFontFileCache::readNames() const
         FT_SfntName name;
         if (FT_Get_Sfnt_Name(face, i, &name) != 0)
             continue;
-        names[name.platform_id][name.language_id][name.name_id] = {name.string, name.string_len};
+        names[name.platform_id][name.language_id][name.name_id] =
+            QByteArray(reinterpret_cast<const char*>(name.string), int(name.string_len));
         bytes += name.string_len;
     }
     return names;

@@ -2,6 +2,7 @@
 
 #include "fontfile/KrvFontFile.h"
 
+#include <QByteArray>
 #include <QHash>
 #include <QMap>
 
@@ -16,12 +17,8 @@ class KrvFontFileCache
 public:
     explicit KrvFontFileCache(KrvFontFilePrivate* owner);
 
-    struct RawName
-    {
-        const uchar* bytes = nullptr; // into FreeType's face
-        uint length = 0;
-    };
-    using NamesById = QMap<int, RawName>;
+    // Bytes of their own: asking for the PostScript name makes the font reader drop one that is not valid.
+    using NamesById = QMap<int, QByteArray>;
     using NamesByLanguage = QMap<int, NamesById>;
     using Names = QMap<int, NamesByLanguage>; // by platform id
 

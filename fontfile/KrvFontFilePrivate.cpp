@@ -161,13 +161,11 @@ QString KrvFontFilePrivate::sfntName(int nameId, int platformId, int languageId,
                                                              : platforms.firstKey();
     }
     const KrvFontFileCache::NamesById names = *entryOrFirst(platforms[platformId], languageId);
-    const KrvFontFileCache::RawName raw = names.value(nameId);
-    if (raw.length == 0)
+    const QByteArray bytes = names.value(nameId);
+    if (bytes.isEmpty())
         return QString();
-    const char* bytes = reinterpret_cast<const char*>(raw.bytes);
-    QString text = platformId == platformMicrosoft
-                       ? QTextCodec::codecForName("UTF-16BE")->toUnicode(bytes, int(raw.length))
-                       : QString::fromUtf8(bytes, int(raw.length));
+    const char* encoding = platformId == platformMicrosoft ? "UTF-16BE" : "UTF-8";
+    QString text = QTextCodec::codecForName(encoding)->toUnicode(bytes);
     if (nameId != nameIdPostScript) {
         const int nul = text.indexOf(QChar(0));
         if (nul >= 0)
