@@ -51,6 +51,16 @@ bool isAscii(std::string_view bytes)
     return std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
+// Some tools fill a name with a control character so that no system lists the font; such a name is none.
+std::string withoutControls(std::string text)
+{
+    const auto isControl = [](char c) {
+        return (c >= 0 && c < ' ' && c != '\t' && c != '\n' && c != '\r') || c == 0x7f;
+    };
+    text.erase(std::remove_if(text.begin(), text.end(), isControl), text.end());
+    return text;
+}
+
 template <class Decode>
 std::string eachByte(std::string_view bytes, Decode decode)
 {
@@ -167,14 +177,14 @@ std::string decodeNameRecord(int platform, int encoding, std::string_view bytes)
     } else {
         text = fromWindows1252(bytes);
     }
-    return trimmed(std::string_view(text).substr(0, text.find('\0')));
+    return trimmed(withoutControls(text.substr(0, text.find('\0'))));
 }
 
 std::string fromPostScript(std::string_view bytes)
 {
     // harmlessValue() changes a text that is not valid UTF-8, and leaves every other printable one alone.
     const bool isUtf8 = helpers::harmlessValue(bytes).find("\xef\xbf\xbd") == std::string::npos;
-    return trimmed(isUtf8 ? std::string(bytes) : fromWindows1252(bytes));
+    return trimmed(withoutControls(isUtf8 ? std::string(bytes) : fromWindows1252(bytes)));
 }
 
 std::string trimmed(std::string_view text)

@@ -27,10 +27,6 @@ int fail(int code, const std::string& reason)
 
 int run(const adder::AdderOptions& options)
 {
-    // The service stores the name as it is reported, so it must arrive unchanged.
-    if (helpers::harmlessValue(options.fileName) != options.fileName)
-        return fail(notAnalysed, "the file's name cannot be reported: " + options.fileName);
-
     std::string error;
     const auto font = adder::FontFace::open(options.fileName, options.faceIndex, error);
     if (!font)

@@ -143,6 +143,12 @@ void FontProcessingJob::onProcessFinished(int exitCode, QProcess::ExitStatus sta
     QHash<QString, QString> info;
     for (const auto& [key, value] : report->information)
         info.insert(text(key), text(value));
+    // A report cannot carry every name that a file system takes; it then holds the nearest one that it can.
+    const QString carried = text(kerval::helpers::harmlessValue(view(m_fileName.toUtf8())));
+    for (const QString& key : {QStringLiteral("file_name"), QStringLiteral("original_file_name")}) {
+        if (info.value(key) == carried)
+            info.insert(key, m_fileName);
+    }
     QHash<int, QList<float>> features;
     for (const auto& [code, vector] : report->features) {
         QList<float>& values = features[code];

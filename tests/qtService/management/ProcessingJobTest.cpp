@@ -45,6 +45,7 @@ class ProcessingJobTest : public QObject
 
 private slots:
     void passesTheFaceAndReadsTheReport();
+    void keepsAFileNameThatNoReportCarries();
     void fails_data();
     void fails();
     void failsWithoutAProgramThroughTheEventLoop();
@@ -89,6 +90,18 @@ void ProcessingJobTest::passesTheFaceAndReadsTheReport()
     QCOMPARE(job.features().value(97).size(), 61);
     QCOMPARE(job.features().value(97).first(), 1.5F);
     QCOMPARE(job.features().value(97).last(), -2.0F);
+}
+
+void ProcessingJobTest::keepsAFileNameThatNoReportCarries()
+{
+    const QString name = QStringLiteral("/f/a|:|b\x7f.ttf");
+    kerval::helpers::FaceReport face;
+    face.information = {{"file_name", name.toStdString()}, {"original_file_name", "/elsewhere.ttf"}};
+    FontProcessingJob job(script(printing(QByteArray::fromStdString(kerval::helpers::writeFaceReport(face)))), name, 0,
+                          60, 1);
+    QCOMPARE(runToEnd(job), finished);
+    QCOMPARE(job.fontInfo().value(QStringLiteral("file_name")), name);
+    QCOMPARE(job.fontInfo().value(QStringLiteral("original_file_name")), QStringLiteral("/elsewhere.ttf"));
 }
 
 void ProcessingJobTest::fails_data()
