@@ -31,32 +31,38 @@ void FontAndFeatureInsertionJob::operator()()
     fonts.reserve(m_records.size());
     for (const Record& record : m_records)
         fonts.append(AdderDataFontFactory::instance()->createFont(record.first));
-    if (!m_repository->addFonts(fonts)) {
-        setState(Failed);
-        return;
-    }
+    const bool complete = m_repository->addFonts(fonts);
 
+    QList<StaticFontPtr> stored;
     QList<FontFeaturesPtr> features;
     QList<KrvUserDatabase::FontHash> hashes;
+    stored.reserve(fonts.size());
     features.reserve(fonts.size());
     for (int i = 0; i < fonts.size(); ++i) {
+        if (fonts.at(i)->id() == fms::StaticFont::NewId)
+            continue;
         const FontFeaturesPtr record = AdderDataFeatureFactory::instance()->createFeatures(m_records.at(i).second);
         record->setFontId(fonts.at(i)->id());
         features.append(record);
         hashes.append(fonts.at(i)->fontHash());
+        stored.append(fonts.at(i));
     }
+    // A font without features would stay without for ever, because no scan looks at what is catalogued.
+    const bool featured = stored.isEmpty() || m_featureRepository->addFeatures(features);
+    if (!featured && m_repository->removeFonts(stored))
+        stored.clear();
     // What the user said about a font that was catalogued before is in user.db already, and the repository has put it
     // into the record; only a row for those that have none is missing.
-    bool known = m_userDatabase->beginTransaction();
-    if (known) {
+    bool known = stored.isEmpty() || m_userDatabase->beginTransaction();
+    if (known && !stored.isEmpty()) {
         known = m_userDatabase->ensureFonts(hashes);
         known = m_userDatabase->endTransaction(known) && known;
     }
     {
         QWriteLocker locker(&m_lock);
-        m_insertedFonts = fonts;
+        m_insertedFonts = stored;
     }
-    setState(m_featureRepository->addFeatures(features) && known ? Finished : Failed);
+    setState(complete && featured && known ? Finished : Failed);
 }
 
 QList<StaticFontPtr> FontAndFeatureInsertionJob::insertedFonts() const

@@ -25,6 +25,7 @@ public:
                                QSharedPointer<KrvFeatureRepository> featureRepository);
     ~FontAndFeatureInsertionJob() override;
 
+    // Those that stayed in the catalogue; fewer than there were records after a failure.
     QList<StaticFontPtr> insertedFonts() const;
 
 protected:

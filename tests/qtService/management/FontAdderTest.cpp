@@ -60,6 +60,7 @@ private slots:
     void comesBackPausedAfterARestart();
     void keepsTheQueueWhenItIsShutDown();
     void keepsUserDataOfFontsThatComeBack();
+    void tellsOfFontsThatCouldNotBeStored_data();
     void tellsOfFontsThatCouldNotBeStored();
     void keepsScanPaths();
 
@@ -327,18 +328,28 @@ void FontAdderTest::keepsUserDataOfFontsThatComeBack()
     QCOMPARE(again->userRanking(), 4);
 }
 
+void FontAdderTest::tellsOfFontsThatCouldNotBeStored_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::newRow("no record") << QStringLiteral("DROP TABLE font");
+    QTest::newRow("no features") << QStringLiteral(
+        "CREATE TRIGGER refuse BEFORE INSERT ON feature BEGIN SELECT RAISE(ABORT, 'full'); END");
+}
+
 void FontAdderTest::tellsOfFontsThatCouldNotBeStored()
 {
+    QFETCH(QString, fault);
     const QStringList files = copyFonts(m_fonts, 1);
     const auto adder = m_library->createAdder(m_library->adderProgram());
     {
         QSqlDatabase database = m_library->database->connectionFactory()->database();
-        QVERIFY(QSqlQuery(database).exec(QStringLiteral("DROP TABLE font")));
+        QVERIFY(QSqlQuery(database).exec(fault));
     }
     QSignalSpy stopped(adder.data(), &FontAdder::fontAddingStopped);
     adder->addFontsFromPaths({m_fonts});
     QVERIFY(stopped.wait(30000));
     QCOMPARE(adder->failedFontFiles().value(files.first()), int(FontAdder::ProcessingFailed));
+    QVERIFY(!m_library->repository->hasFonts());
 }
 
 void FontAdderTest::keepsScanPaths()
