@@ -165,7 +165,7 @@ bool FindFontFilesCommand::isFontFile(const QString& path, int* faces, int* erro
     if (!font.open(0))
         return false;
     *faces = qMin(font.faceCount(), mostFaces);
-    if (font.postScriptName().isEmpty()) {
+    if (!hasPostScriptName(font)) {
         *error = EmptyPostScriptName;
         return false;
     }
@@ -174,6 +174,17 @@ bool FindFontFilesCommand::isFontFile(const QString& path, int* faces, int* erro
         return false;
     }
     return true;
+}
+
+bool FindFontFilesCommand::hasPostScriptName(const KrvFontFile& font)
+{
+    // Read first: asked for the PostScript name, the font reader drops one that is not valid.
+    constexpr int postScriptName = 6;
+    constexpr int microsoft = 3;
+    constexpr int english = 0x409;
+    const QString stored = font.sfntName(postScriptName, microsoft, english, false);
+    return !font.postScriptName().isEmpty() ||
+           std::any_of(stored.begin(), stored.end(), [](QChar c) { return c.isLetterOrNumber(); });
 }
 
 bool FindFontFilesCommand::isOwnFolder(const QString& path) const

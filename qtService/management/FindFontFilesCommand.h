@@ -7,6 +7,8 @@
 #include <QSet>
 #include <QStringList>
 
+class KrvFontFile;
+
 // Walks files and folders and reports every font file that can be catalogued with the number of its faces, and fonts
 // that must not be catalogued with the reason. Signals come from the pool thread, one for each file, no lock held.
 //
@@ -14,6 +16,9 @@
 // search has not met: a folder that is linked to several times, or from inside itself, is searched once, and a file is
 // reported under its real name rather than under a link's. Pipes, sockets and devices are never opened. Our own
 // activation folders hold copies of catalogued fonts and are passed over.
+//
+// Archives stay packed: what a folder holds may be a backup of the user's that nobody asked to have unpacked. Only an
+// archive that the user names is imported (ImportFontArchivesCommand).
 //
 // What cannot be read (a folder, a broken font file, a name that is no valid text) is told in the service's log window
 // and passed over; the search never fails as a whole.
@@ -37,6 +42,8 @@ public:
 
     // True for a font that can be catalogued. `error` is changed only for a font that must not be.
     static bool isFontFile(const QString& path, int* faces, int* error);
+    // Of an open font. A name with blanks counts, which some well-known fonts have and the font reader rejects.
+    static bool hasPostScriptName(const KrvFontFile& font);
 
 signals:
     void fontFilesFound(QList<QPair<QString, int>> fontFileFaceIndexList);

@@ -12,6 +12,7 @@
 #include "qtService/management/ActiveFontsGroup.h"
 #include "qtService/management/AllFontsGroup.h"
 #include "qtService/management/DuplicateFontsGroup.h"
+#include "qtService/management/FindFontFilesCommand.h"
 #include "qtService/management/FontAdder.h"
 #include "qtService/management/HiddenFontsGroup.h"
 #include "qtService/management/InactiveFontsGroup.h"
@@ -267,7 +268,7 @@ QStringList FontManagementService::unknownFontFiles(const QSet<SystemFontDescrip
     for (const SystemFontDescriptor& font : QtConcurrent::blockingFiltered(added, isUnknown)) {
         KrvFontFile file(font.fileName);
         const bool isOpen = file.open(0);
-        if (!isOpen || file.postScriptName().isEmpty()) {
+        if (!isOpen || !FindFontFilesCommand::hasPostScriptName(file)) {
             qDebug("M_1_ Failed to open %s %s", qUtf8Printable(font.fileName),
                    isOpen ? "bad tables and/or PS name" : "");
             continue;

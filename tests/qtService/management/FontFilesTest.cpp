@@ -1,3 +1,4 @@
+#include "fontfile/KrvFontFile.h"
 #include "qtService/app/core/PathCodec.h"
 #include "qtService/management/FindFontFilesCommand.h"
 #include "qtService/management/FontQueue.h"
@@ -110,8 +111,17 @@ void FontFilesTest::tellsWhyAFontIsRejected()
     const QString nameless = folder.filePath(QStringLiteral("nameless.ttf"));
     writeFile(hidden, renamedFont(m_font, '.'));
     writeFile(nameless, namelessFont(m_font));
+    // "D javuSans" is no PostScript name, but it is not empty either.
+    const QString odd = folder.filePath(QStringLiteral("odd.ttf"));
+    writeFile(odd, oddlyNamedFont(m_font, ' '));
     const Found found = search({folder.path()});
-    QVERIFY(found.files.isEmpty());
+    QCOMPARE(found.files, QStringList(odd));
+    KrvFontFile file(odd);
+    QVERIFY(file.open(0));
+    const QString name = file.sfntName(6, 3, 0x409, false);
+    QVERIFY(name.startsWith(QLatin1String("D ja")));
+    QVERIFY(file.postScriptName().isEmpty());
+    QCOMPARE(file.sfntName(6, 3, 0x409, false), name);
     QCOMPARE(found.failed.value(hidden), int(FindFontFilesCommand::HiddenFontName));
     QCOMPARE(found.failed.value(nameless), int(FindFontFilesCommand::EmptyPostScriptName));
     QCOMPARE(found.failed.size(), 2);

@@ -113,6 +113,14 @@ QByteArray renamedFont(const QByteArray& font, char firstLetter)
     });
 }
 
+QByteArray oddlyNamedFont(const QByteArray& font, char secondLetter)
+{
+    return withNames(font, [secondLetter](uchar* record, uchar* text, int unit) {
+        if (qFromBigEndian<quint16>(record + 6) == 6)
+            text[2 * unit - 1] = uchar(secondLetter);
+    });
+}
+
 QByteArray namelessFont(const QByteArray& font)
 {
     return withNames(font, [](uchar* record, uchar*, int) { qToBigEndian<quint16>(200, record + 6); });

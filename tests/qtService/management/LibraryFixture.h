@@ -37,8 +37,10 @@ struct LibraryFixture
 QStringList systemFontFiles(int count);
 // Copies them into a folder under their own names; the copies.
 QStringList copyFonts(const QString& folder, int count);
-// The font with another first letter of its family names, and the font without any names that matter.
+// The font with another first letter of its family names, with a blank or another sign as second letter of its
+// PostScript names, and without any names that matter.
 QByteArray renamedFont(const QByteArray& font, char firstLetter);
+QByteArray oddlyNamedFont(const QByteArray& font, char secondLetter);
 QByteArray namelessFont(const QByteArray& font);
 // An executable script; its path.
 QString writeScript(const QString& path, const QByteArray& commands);
