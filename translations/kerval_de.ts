@@ -1018,6 +1018,22 @@ Tipp: Umschalt+Klick setzt einen Buchstaben wie i oder j zusammen</translation>
 <context>
     <name>FontListHeaderWidget</name>
     <message>
+        <source>%1 of %2 fonts</source>
+        <translation>%1 von %2 Schriften</translation>
+    </message>
+    <message>
+        <source>1 font</source>
+        <translation>1 Schrift</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n fonts</source>
+        <comment>Not for one font</comment>
+        <translation>
+            <numerusform>%n Schrift</numerusform>
+            <numerusform>%n Schriften</numerusform>
+        </translation>
+    </message>
+    <message>
         <source>Form</source>
         <translation>Formular</translation>
     </message>

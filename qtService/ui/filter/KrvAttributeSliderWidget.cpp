@@ -1,5 +1,7 @@
 #include "qtService/ui/filter/KrvAttributeSliderWidget.h"
 
+#include "qtService/ui/window/Palette.h"
+
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QSlider>
@@ -18,6 +20,7 @@ KrvAttributeSliderWidget::KrvAttributeSliderWidget(QWidget* parent)
     m_slider->setTickPosition(QSlider::TicksBelow);
     m_slider->setTickInterval(1);
     m_slider->setEnabled(false);
+    ui::outlineChecks(m_box);
     auto* layout = new QHBoxLayout(this);
     layout->setObjectName(QStringLiteral("horizontalLayout"));
     layout->setContentsMargins(0, 0, 0, 0);

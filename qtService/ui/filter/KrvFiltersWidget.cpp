@@ -1,6 +1,7 @@
 #include "qtService/ui/filter/KrvFiltersWidget.h"
 
 #include "fontfile/KrvFontFile.h"
+#include "qtService/ui/window/Palette.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -62,6 +63,7 @@ QCheckBox* KrvFiltersWidget::addCheckBox(QWidget* page, const char* objectName, 
 {
     auto* box = new QCheckBox(text, page);
     box->setObjectName(QLatin1String(objectName));
+    ui::outlineChecks(box);
     page->layout()->addWidget(box);
     return box;
 }
@@ -110,6 +112,7 @@ void KrvFiltersWidget::setupUi()
     m_ranges = new QListWidget(ranges);
     m_ranges->setObjectName(QStringLiteral("lwCharacterRanges"));
     m_ranges->setAccessibleName(tr("Character Range"));
+    ui::outlineChecks(m_ranges);
     ranges->layout()->addWidget(m_ranges);
 
     for (QWidget* page : {format, serif, symbol, mono, foundry})

@@ -1,9 +1,14 @@
 #include "qtService/ui/fonts/FontListHeaderWidget.h"
 
+#include "qtService/ui/window/Palette.h"
+
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
+#include <QStyle>
 
 namespace {
 
@@ -24,6 +29,24 @@ QPushButton* makeButton(const QString& objectName, const QString& side, const QS
     return button;
 }
 
+// Shortens what it shows, never what it says: a font's name may be longer than any window.
+class TitleLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+        style()->drawItemText(&painter, rect(), int(Qt::AlignLeft | Qt::AlignVCenter), palette(), isEnabled(), shown,
+                              foregroundRole());
+    }
+};
+
 } // namespace
 
 FontListHeaderWidget::FontListHeaderWidget(QWidget* parent)
@@ -35,12 +58,15 @@ FontListHeaderWidget::FontListHeaderWidget(QWidget* parent)
     container->setObjectName(QStringLiteral("widget"));
     m_back = makeButton(QStringLiteral("btnBack"), QStringLiteral("left"), tr("Back"), container);
     m_forward = makeButton(QStringLiteral("btnForward"), QStringLiteral("right"), tr("Forward"), container);
-    m_title = new QLabel(container);
+    m_title = new TitleLabel(container);
     m_title->setObjectName(QStringLiteral("lblTitle"));
     m_title->setTextFormat(Qt::PlainText);
     QFont font = m_title->font();
     font.setBold(true);
     m_title->setFont(font);
+    m_count = new QLabel(container);
+    m_count->setObjectName(QStringLiteral("lblCount"));
+    ui::mute(m_count);
 
     auto* row = new QHBoxLayout(container);
     row->setObjectName(QStringLiteral("horizontalLayout_2"));
@@ -50,6 +76,8 @@ FontListHeaderWidget::FontListHeaderWidget(QWidget* parent)
     row->addWidget(m_forward);
     row->addSpacing(6);
     row->addWidget(m_title, 1);
+    row->addSpacing(12);
+    row->addWidget(m_count);
     auto* layout = new QHBoxLayout(this);
     layout->setObjectName(QStringLiteral("horizontalLayout"));
     layout->setContentsMargins(0, 0, 0, 0);
@@ -61,6 +89,21 @@ FontListHeaderWidget::FontListHeaderWidget(QWidget* parent)
 void FontListHeaderWidget::setTitle(const QString& title)
 {
     m_title->setText(title);
+}
+
+void FontListHeaderWidget::setCount(int shown, int all)
+{
+    if (shown != all)
+        m_count->setText(tr("%1 of %2 fonts").arg(shown).arg(all));
+    else
+        m_count->setText(all == 1 ? tr("1 font") : tr("%n fonts", "Not for one font", all));
+}
+
+void FontListHeaderWidget::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        ui::mute(m_count);
 }
 
 void FontListHeaderWidget::setNavigation(bool hasBack, bool hasForward)

@@ -94,6 +94,9 @@ void KrvFontsView::setModel(KrvFontsViewModel* model)
             [this](bool filtering) { filtering ? showWaitIndicator() : hideWaitIndicator(); });
 
     buildColumnsMenu();
+    header()->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(header(), &QWidget::customContextMenuRequested, this,
+            [this](const QPoint& pos) { m_columnsMenu->popup(header()->mapToGlobal(pos)); });
     restoreColumns();
     connect(header(), &QHeaderView::sortIndicatorChanged, this, &KrvFontsView::onSortIndicatorChanged);
     connect(header(), &QHeaderView::sectionResized, this, &KrvFontsView::onSectionResized);

@@ -8,12 +8,30 @@ namespace {
 
 constexpr int margin = 5; // at both sides
 
+bool isGrey(const QImage& image)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb pixel = image.pixel(x, y);
+            if (qAlpha(pixel) > 0 && (qRed(pixel) != qGreen(pixel) || qGreen(pixel) != qBlue(pixel)))
+                return false;
+        }
+    }
+    return true;
+}
+
 // Previews are coverage in an indexed image whose palette is black; drawn in the text's colour they suit any palette
-// and the selection. Images of other kinds (messages) have colours of their own.
+// and the selection. So do the messages written in black; others have a colour that means something.
 QImage tinted(QImage image, const QColor& color)
 {
-    if (image.format() != QImage::Format_Indexed8)
+    if (image.format() != QImage::Format_Indexed8) {
+        if (!isGrey(image))
+            return image;
+        QPainter painter(&image);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        painter.fillRect(image.rect(), color);
         return image;
+    }
     QVector<QRgb> palette = image.colorTable();
     for (QRgb& entry : palette)
         entry = qRgba(color.red(), color.green(), color.blue(), qAlpha(entry));

@@ -19,6 +19,7 @@
 #include "qtService/ui/search/KrvFontsModelSearchBox.h"
 #include "qtService/ui/sidebar/SideBarWidget.h"
 #include "qtService/ui/window/Palette.h"
+#include "qtService/ui/window/ScreenGeometry.h"
 #include "qtService/ui/window/WindowActions.h"
 
 #include <QAction>
@@ -28,7 +29,6 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QRegExpValidator>
-#include <QScreen>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QToolBar>
@@ -41,6 +41,7 @@ using Settings = KrvUiSettings;
 constexpr int maximumNameLength = 64;
 const QSize firstSize(1180, 760);
 constexpr int firstListHeight = 440;
+constexpr int lowestList = 120;
 constexpr int firstDetailsHeight = 240;
 // What the sliders need; the other pages scroll.
 constexpr int firstToolsHeight = 150;
@@ -53,23 +54,6 @@ const QString darkListStyle =
     QStringLiteral("#fontsView {\nborder: 0px solid black;\nborder-bottom-style: solid;\nborder-bottom-width: 1px;\n"
                    "border-bottom-color:  rgb(28, 29, 31);\nborder-right-style: solid;\nborder-right-width: 1px;\n"
                    "border-right-color:  rgb(28, 29, 31);\n}");
-
-// A screen that the window was on may be gone; a title bar that no mouse can reach helps nobody.
-QRect onAScreen(QRect geometry)
-{
-    const QList<QScreen*> screens = QGuiApplication::screens();
-    const QRect titleBar(geometry.topLeft(), QSize(geometry.width(), 1));
-    for (const QScreen* screen : screens) {
-        if (screen->availableGeometry().intersects(titleBar))
-            return geometry;
-    }
-    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
-        const QRect available = screen->availableGeometry();
-        geometry.setSize((geometry.isValid() ? geometry.size() : firstSize).boundedTo(available.size()));
-        geometry.moveCenter(available.center());
-    }
-    return geometry;
-}
 
 } // namespace
 
@@ -109,7 +93,7 @@ void KrvFontManagerWindow::setupUi()
     setObjectName(QStringLiteral("KrvFontManagerWindow"));
     setWindowTitle(tr("Kerval Font Manager"));
     setAcceptDrops(true);
-    resize(firstSize);
+    resize(ui::onScreen(QRect(QPoint(), firstSize)).size());
 
     auto* central = new QWidget(this);
     central->setObjectName(QStringLiteral("centralwidget"));
@@ -155,6 +139,7 @@ void KrvFontManagerWindow::setupUi()
     m_view->setAllColumnsShowFocus(true);
     m_view->setFrameShape(QFrame::NoFrame);
     m_view->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_view->setMinimumHeight(lowestList);
     m_filterButtons = new FilterButtonsWidget(listPane);
     m_filterButtons->setObjectName(QStringLiteral("filterButtonsWidget"));
     m_listLayout->addWidget(m_header);
@@ -167,7 +152,6 @@ void KrvFontManagerWindow::setupUi()
     m_emptyHint->setAlignment(Qt::AlignCenter);
     m_emptyHint->setWordWrap(true);
     m_emptyHint->setAttribute(Qt::WA_TransparentForMouseEvents);
-    m_emptyHint->setForegroundRole(QPalette::PlaceholderText);
     auto* hintLayout = new QVBoxLayout(m_view->viewport());
     hintLayout->addWidget(m_emptyHint);
     m_emptyHint->hide();
@@ -209,6 +193,8 @@ void KrvFontManagerWindow::setupUi()
     bar->addWidget(spacer);
     m_search = new KrvFontsModelSearchBox(bar);
     bar->addWidget(m_search);
+    // The search must not slip into what does not fit any more.
+    setMinimumWidth(ui::onScreen(QRect(QPoint(), bar->sizeHint())).width());
 }
 
 void KrvFontManagerWindow::applyStyle()
@@ -216,6 +202,7 @@ void KrvFontManagerWindow::applyStyle()
     const QString style = ui::isDark(palette()) ? darkListStyle : listStyle;
     if (m_view->styleSheet() != style)
         m_view->setStyleSheet(style);
+    ui::mute(m_emptyHint);
 }
 
 void KrvFontManagerWindow::connectFilters()
@@ -258,6 +245,7 @@ void KrvFontManagerWindow::connectPanes()
             &KrvFontManagerWindow::onFontsViewSelectionChanged);
     connect(m_model, &QAbstractItemModel::modelReset, this, &KrvFontManagerWindow::onFontsViewSelectionChanged);
     connect(m_model, &KrvFontsViewModel::filteringStatusChanged, this, &KrvFontManagerWindow::onFilteringStatusChanged);
+    connect(m_model, &KrvFontsViewModel::rowsChanged, this, &KrvFontManagerWindow::updateCount);
     connect(m_view, &QWidget::customContextMenuRequested, this, &KrvFontManagerWindow::showFontsViewContextMenu);
 
     m_previewSettings->setPreviewText(m_view->previewText());
@@ -296,7 +284,7 @@ void KrvFontManagerWindow::restoreSettings()
 {
     const Settings* settings = Settings::instance();
     if (settings->contains(Settings::SidMainWindowGeometry))
-        setGeometry(onAScreen(settings->value(Settings::SidMainWindowGeometry).toRect()));
+        setGeometry(ui::onScreen(settings->value(Settings::SidMainWindowGeometry).toRect()));
     if (settings->contains(Settings::SidListDetailsSplitterSizes))
         m_listDetailsSplitter->setSizes(settings->value(Settings::SidListDetailsSplitterSizes).value<QList<int>>());
     if (settings->contains(Settings::SidListToolsSplitterSizes))
@@ -509,6 +497,13 @@ void KrvFontManagerWindow::showGroup(const FontGroupPtr& group, const QString& t
     m_model->setFontGroup(group);
     m_details->setFontCollection(group);
     updateActionsState();
+}
+
+void KrvFontManagerWindow::updateCount()
+{
+    const FontGroupPtr group = m_model->fontGroup();
+    // A result of a search grows while it is made.
+    m_header->setCount(m_model->rowCount(), group ? qMax(group->fontCount(), m_model->rowCount()) : 0);
 }
 
 void KrvFontManagerWindow::onFontsViewSelectionChanged()

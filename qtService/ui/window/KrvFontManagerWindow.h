@@ -143,6 +143,7 @@ private:
     void applyStyle();
     // Says over an empty list why it is empty.
     void updateEmptyHint();
+    void updateCount();
 
     bool isStarted() const;
     QList<int> selectedFontIds() const;

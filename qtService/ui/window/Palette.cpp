@@ -20,4 +20,14 @@ void outlineChecks(QWidget* widget)
     widget->setPalette(palette);
 }
 
+void mute(QWidget* label)
+{
+    constexpr int faint = 160;
+    QColor text = label->parentWidget()->palette().color(QPalette::WindowText);
+    text.setAlpha(faint);
+    QPalette palette;
+    palette.setColor(QPalette::WindowText, text);
+    label->setPalette(palette);
+}
+
 } // namespace ui

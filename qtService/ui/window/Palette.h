@@ -12,4 +12,7 @@ bool isDark(const QPalette& palette);
 // check box or a list of them, a lighter shade to start from.
 void outlineChecks(QWidget* widget);
 
+// Gives a label the colour of a remark: its parent's text, fainter. Again when the palette has changed.
+void mute(QWidget* label);
+
 } // namespace ui

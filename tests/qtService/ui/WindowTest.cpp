@@ -279,8 +279,11 @@ private slots:
         QVERIFY(action("actionResetFilters")->isEnabled());
         auto* reset = m_window->findChild<QPushButton*>(QStringLiteral("btnResetFilters"));
         QVERIFY(reset->isVisible());
+        const auto* count = m_window->findChild<QLabel*>(QStringLiteral("lblCount"));
+        QCOMPARE(count->text(), QStringLiteral("1 of 5 fonts"));
         QTest::mouseClick(reset, Qt::LeftButton);
         QTRY_COMPARE(model()->rowCount(), 5);
+        QCOMPARE(count->text(), QStringLiteral("5 fonts"));
         QVERIFY(search->text().isEmpty());
     }
 
@@ -293,21 +296,25 @@ private slots:
         QVERIFY(openType->isVisible());
         trueType->setChecked(false);
         QTRY_COMPARE(model()->rowCount(), 0);
-        m_window->resize(1221, 703);
         const auto tools = [this] { return m_window->findChild<QWidget*>(QStringLiteral("filterWidgetsStack")); };
         auto* splitter = m_window->findChild<QSplitter*>(QStringLiteral("spltrFontListFilters"));
+        action("actionShowFontDetails")->trigger();
+        QTRY_VERIFY(splitter->height() > 400);
+        m_window->resize(1221, 703);
         splitter->setSizes({splitter->height() - 201, 201});
         const int height = tools()->height();
         QVERIFY(height > 180);
         QTest::mouseClick(filters, Qt::LeftButton);
         QVERIFY(tools()->isHidden());
         m_window.reset();
+        QCOMPARE(KrvUiSettings::instance()->value(KrvUiSettings::SidMainWindowGeometry).toRect().size(),
+                 QSize(1221, 703));
 
         openWindow(0);
-        QCOMPARE(m_window->size(), QSize(1221, 703));
         filters = m_window->findChild<QPushButton*>(QStringLiteral("btnFitlers"));
         QTest::mouseClick(filters, Qt::LeftButton);
         QTRY_COMPARE(tools()->height(), height);
+        action("actionShowFontDetails")->trigger();
         QVERIFY(m_window->findChild<QCheckBox*>(QStringLiteral("openTypeCheckBox"))->isVisible());
         QVERIFY(!m_window->findChild<QCheckBox*>(QStringLiteral("trueTypeCheckBox"))->isChecked());
         action("actionResetFilters")->trigger();
@@ -320,6 +327,16 @@ private slots:
         KrvUiSettings::instance()->setValue(KrvUiSettings::SidMainWindowGeometry, QRect(9000, -9000, 700, 500));
         openWindow();
         QVERIFY(QGuiApplication::primaryScreen()->availableGeometry().contains(m_window->geometry().topLeft()));
+    }
+
+    void aLongNameDoesNotWidenTheWindow()
+    {
+        const int group = m_library->service()->addGroup(QString(200, QLatin1Char('W')));
+        const int before = m_window->minimumSizeHint().width();
+        sideBar()->selectGroup(group);
+        QTRY_COMPARE(title().size(), 200);
+        QCoreApplication::processEvents();
+        QCOMPARE(m_window->minimumSizeHint().width(), before);
     }
 
     void aFoundryThatIsGoneIsStillNamedWhileItFilters()

@@ -1,0 +1,32 @@
+#include "qtService/ui/window/ScreenGeometry.h"
+
+#include <QGuiApplication>
+#include <QRegion>
+#include <QScreen>
+
+namespace ui {
+
+QRect onScreen(const QRect& geometry)
+{
+    QRect best;
+    int shared = -1;
+    QRegion outside(geometry);
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    for (const QScreen* screen : screens) {
+        const QRect available = screen->availableGeometry();
+        const QRect common = available & geometry;
+        outside -= available;
+        if (common.width() * common.height() > shared) {
+            shared = common.width() * common.height();
+            best = available;
+        }
+    }
+    if (outside.isEmpty() || best.isEmpty())
+        return geometry;
+    QRect moved(geometry.topLeft(), geometry.size().boundedTo(best.size()));
+    moved.moveLeft(qBound(best.left(), moved.left(), best.right() + 1 - moved.width()));
+    moved.moveTop(qBound(best.top(), moved.top(), best.bottom() + 1 - moved.height()));
+    return moved;
+}
+
+} // namespace ui
