@@ -5,6 +5,7 @@
 #include "qtService/ui/details/KrvFontDetailsTableWidget.h"
 #include "qtService/ui/details/KrvUpdateWhenVisibleFontDetailsWidget.h"
 #include "qtService/ui/details/KrvWaterfallWidget.h"
+#include "qtService/ui/fonts/ActiveFontSwitchWidget.h"
 
 #include <QTabWidget>
 
@@ -36,6 +37,17 @@ KrvFontDetailsTabWidget::KrvFontDetailsTabWidget(QWidget* parent)
     m_tabs->addTab(m_contents.at(2), tr("Details"));
 }
 
+void KrvFontDetailsTabWidget::setService(const QSharedPointer<FontManagementService>& service)
+{
+    if (m_switch)
+        return;
+    m_switch = new ActiveFontSwitchWidget(service, m_tabs);
+    m_switch->setContentsMargins(0, 0, 8, 3);
+    m_tabs->setCornerWidget(m_switch, Qt::TopRightCorner);
+    m_switch->setFont(font());
+    m_switch->show();
+}
+
 void KrvFontDetailsTabWidget::setContext(const QSharedPointer<UserFontGroupList>& context)
 {
     storeContext(context);
@@ -61,6 +73,8 @@ void KrvFontDetailsTabWidget::setFontCollection(const QSharedPointer<FontCollect
 
 void KrvFontDetailsTabWidget::updateView()
 {
+    if (m_switch)
+        m_switch->setFont(font());
     for (KrvAbstractFontDetailsWidget* content : qAsConst(m_contents))
         content->setFont(font());
 }

@@ -2,12 +2,15 @@
 
 #include "qtService/ui/details/KrvAbstractFontDetailsWidget.h"
 
+class ActiveFontSwitchWidget;
+class FontManagementService;
 class KrvCharacterMapWidget;
 class KrvWaterfallWidget;
 class QTabWidget;
 
 // The details pane below the list: character map, waterfall and table of the current font. Character map and waterfall
 // render, so they wait until the selection has rested and until their tab is seen; the table only for the latter.
+// Beside the tabs the font is switched on and off.
 class KrvFontDetailsTabWidget : public KrvAbstractFontDetailsWidget
 {
     Q_OBJECT
@@ -15,6 +18,8 @@ class KrvFontDetailsTabWidget : public KrvAbstractFontDetailsWidget
 public:
     explicit KrvFontDetailsTabWidget(QWidget* parent = nullptr);
 
+    // With it comes the switch for the font's activity; to be called once.
+    void setService(const QSharedPointer<FontManagementService>& service);
     void setContext(const QSharedPointer<UserFontGroupList>& context) override;
     void setFont(const StaticFontPtr& font) override;
     void setFontCollection(const QSharedPointer<FontCollectionInterface>& collection) override;
@@ -30,6 +35,7 @@ protected slots:
 
 private:
     QTabWidget* m_tabs;
+    ActiveFontSwitchWidget* m_switch = nullptr;
     KrvCharacterMapWidget* m_characterMap;
     KrvWaterfallWidget* m_waterfall;
     QList<KrvAbstractFontDetailsWidget*> m_contents;

@@ -1,6 +1,7 @@
 #include "qtService/ui/fonts/ActiveFontSwitchWidget.h"
 
 #include "qtService/app/service/FontManagementService.h"
+#include "qtService/database/KrvFontRepository.h"
 #include "qtService/ui/widgets/QProgressIndicator.h"
 
 #include <QHBoxLayout>
@@ -17,6 +18,9 @@ enum Page
     ResultPage
 };
 
+// Long enough to read a refusal.
+constexpr int resultShownMs = 4000;
+
 } // namespace
 
 ActiveFontSwitchWidget::ActiveFontSwitchWidget(const QSharedPointer<FontManagementService>& service, QWidget* parent)
@@ -25,7 +29,25 @@ ActiveFontSwitchWidget::ActiveFontSwitchWidget(const QSharedPointer<FontManageme
 {
     setupUi();
     connect(m_button, &QPushButton::clicked, this, &ActiveFontSwitchWidget::onActivateClicked);
+    m_resultShown.setSingleShot(true);
+    m_resultShown.setInterval(resultShownMs);
+    connect(&m_resultShown, &QTimer::timeout, this, &ActiveFontSwitchWidget::showButton);
+    connect(m_service.data(), &FontManagementService::started, this, &ActiveFontSwitchWidget::followLibrary);
+    followLibrary();
     showButton();
+}
+
+void ActiveFontSwitchWidget::followLibrary()
+{
+    if (const KrvFontRepositoryPtr repository = m_service->repository())
+        connect(repository.data(), &FontCollectionInterface::fontsChanged, this,
+                &ActiveFontSwitchWidget::onFontsChanged, Qt::UniqueConnection);
+}
+
+void ActiveFontSwitchWidget::onFontsChanged(const QList<int>& fontIdList)
+{
+    if (m_font && m_pages->currentIndex() == ButtonPage && fontIdList.contains(m_font->id()))
+        showButton();
 }
 
 void ActiveFontSwitchWidget::setupUi()
@@ -61,6 +83,7 @@ void ActiveFontSwitchWidget::setFont(const StaticFontPtr& font)
         m_command->disconnect(this);
     m_command.clear();
     m_font = font;
+    m_hadFocus = false;
     showButton();
 }
 
@@ -69,8 +92,13 @@ void ActiveFontSwitchWidget::showButton()
     const bool active = m_font && m_font->activityType() > kerval::systemfm::Inactive;
     m_button->setText(active ? tr("Deactivate") : tr("Activate"));
     m_button->setEnabled(!m_font.isNull());
+    m_resultShown.stop();
     m_waiting->stopAnimation();
     m_pages->setCurrentIndex(ButtonPage);
+    // The keyboard was here and had nowhere to go meanwhile.
+    if (m_hadFocus && (!window()->focusWidget() || isAncestorOf(window()->focusWidget())))
+        m_button->setFocus();
+    m_hadFocus = false;
 }
 
 void ActiveFontSwitchWidget::onActivateClicked()
@@ -80,6 +108,7 @@ void ActiveFontSwitchWidget::onActivateClicked()
                                                                       : kerval::systemfm::PermanentlyActive);
     if (!m_command)
         return;
+    m_hadFocus = m_button->hasFocus();
     connect(m_command.data(), &AbstractAsynchronousCommand::stateChanged, this,
             active ? &ActiveFontSwitchWidget::onDeactivationStateChanged
                    : &ActiveFontSwitchWidget::onActivationStateChanged);
@@ -122,4 +151,5 @@ void ActiveFontSwitchWidget::showResult(const QString& success)
         break;
     }
     m_pages->setCurrentIndex(ResultPage);
+    m_resultShown.start();
 }

@@ -3,7 +3,7 @@
 #include "qtService/app/core/AbstractAsynchronousCommand.h"
 #include "qtService/management/FontActivityChangeCommand.h"
 
-#include <QPointer>
+#include <QTimer>
 #include <QWidget>
 
 class FontManagementService;
@@ -12,8 +12,8 @@ class QProgressIndicator;
 class QPushButton;
 class QStackedWidget;
 
-// One button that switches a single font on or off, turns into a busy indicator meanwhile and then says what came of
-// it. Main thread.
+// One button that switches a single font on or off, turns into a busy indicator meanwhile and then says for a moment
+// what came of it. It follows changes of the font's activity by others. Main thread.
 class ActiveFontSwitchWidget : public QWidget
 {
     Q_OBJECT
@@ -26,11 +26,13 @@ public:
 
 private slots:
     void onActivateClicked();
+    void onFontsChanged(const QList<int>& fontIdList);
     void onDeactivationStateChanged(AbstractAsynchronousCommand::State state);
     void onActivationStateChanged(AbstractAsynchronousCommand::State state);
 
 private:
     void setupUi();
+    void followLibrary();
     void showButton();
     void showResult(const QString& success);
 
@@ -41,4 +43,6 @@ private:
     QPushButton* m_button;
     QProgressIndicator* m_waiting;
     QLabel* m_result;
+    QTimer m_resultShown;
+    bool m_hadFocus = false; // the button, when it was pressed
 };
