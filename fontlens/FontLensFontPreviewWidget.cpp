@@ -1,7 +1,8 @@
 #include "fontlens/FontLensFontPreviewWidget.h"
 
+#include "qtService/ui/messages/OpenOutside.h"
+
 #include <QComboBox>
-#include <QDesktopServices>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -140,7 +141,7 @@ QString FontLensFontPreviewWidget::currentText() const
 void FontLensFontPreviewWidget::onOpenStoreUrlClicked()
 {
     if (!m_url.isEmpty())
-        QDesktopServices::openUrl(m_url);
+        ui::openAddress(m_url);
 }
 
 void FontLensFontPreviewWidget::increasePreviewSize()

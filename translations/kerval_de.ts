@@ -574,6 +574,14 @@ Bitte prüfen Sie die Zugriffsrechte von:
             <numerusform>%n Schriften deaktiviert</numerusform>
         </translation>
     </message>
+    <message>
+        <source>Activating %1</source>
+        <translation>%1 wird aktiviert</translation>
+    </message>
+    <message>
+        <source>Deactivating %1</source>
+        <translation>%1 wird deaktiviert</translation>
+    </message>
 </context>
 <context>
     <name>FontAdder</name>
@@ -1125,6 +1133,10 @@ Tipp: Umschalt+Klick setzt einen Buchstaben wie i oder j zusammen</translation>
     <message>
         <source>Groups</source>
         <translation>Gruppen</translation>
+    </message>
+    <message>
+        <source>There are no groups yet. &quot;New Group&quot; and &quot;New Group With Fonts&quot; make them.</source>
+        <translation>Es gibt noch keine Gruppen. „Neue Gruppe“ und „Neue Gruppe mit Schriften“ legen welche an.</translation>
     </message>
 </context>
 <context>
@@ -2169,6 +2181,21 @@ Kerval sucht nun die fehlenden Schriften und entfernt sie aus Ihrer Bibliothek.<
     <message>
         <source>What lies here reaches too far to be a letter.</source>
         <translation>Was hier liegt, reicht zu weit, um ein Buchstabe zu sein.</translation>
+    </message>
+</context>
+<context>
+    <name>OpenOutside</name>
+    <message>
+        <source>No program of this system opens the address
+%1</source>
+        <translation>Kein Programm dieses Systems öffnet die Adresse
+%1</translation>
+    </message>
+    <message>
+        <source>No file manager of this system shows the file
+%1</source>
+        <translation>Kein Dateimanager dieses Systems zeigt die Datei
+%1</translation>
     </message>
 </context>
 <context>

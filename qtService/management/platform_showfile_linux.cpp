@@ -12,18 +12,19 @@ namespace krv::platform {
 
 namespace {
 
-void openFolder(const QString& filePath)
+void openFolder(const QString& filePath, const std::function<void()>& onFailure)
 {
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(filePath).absolutePath()));
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(filePath).absolutePath())) && onFailure)
+        onFailure();
 }
 
 } // namespace
 
-void showInFileManager(const QString& filePath)
+void showInFileManager(const QString& filePath, const std::function<void()>& onFailure)
 {
     const QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
-        openFolder(filePath);
+        openFolder(filePath, onFailure);
         return;
     }
     QDBusMessage call = QDBusMessage::createMethodCall(
@@ -32,9 +33,9 @@ void showInFileManager(const QString& filePath)
     const QString url = QUrl::fromLocalFile(QFileInfo(filePath).absoluteFilePath()).toString(QUrl::FullyEncoded);
     call << QStringList{url} << QString();
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call));
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, filePath] {
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, filePath, onFailure] {
         if (watcher->isError())
-            openFolder(filePath);
+            openFolder(filePath, onFailure);
         watcher->deleteLater();
     });
 }

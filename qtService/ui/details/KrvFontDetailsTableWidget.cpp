@@ -3,15 +3,15 @@
 #include "qtService/database/FontCollectionInterface.h"
 #include "qtService/management/FontGroup.h"
 #include "qtService/management/UserFontGroupList.h"
-#include "qtService/management/platform_showfile.h"
 #include "qtService/ui/details/DetailsStyle.h"
 #include "qtService/ui/fonts/FontColumn.h"
 #include "qtService/ui/fonts/FontColumnValues.h"
+#include "qtService/ui/messages/OpenOutside.h"
 
 #include <QAction>
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QDir>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QLabel>
@@ -142,10 +142,34 @@ void KrvFontDetailsTableWidget::setupUi()
         connect(label, &QLabel::linkActivated, this, &KrvFontDetailsTableWidget::openLocation);
         m_table->setCellWidget(row, 0, label);
     }
+    paleSelection();
     auto* layout = new QVBoxLayout(this);
     layout->setObjectName(QStringLiteral("verticalLayout"));
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_table);
+}
+
+// Links keep their colour, which is not legible on that of a full selection.
+void KrvFontDetailsTableWidget::paleSelection()
+{
+    QPalette pale = palette();
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        const QColor full = palette().color(group, QPalette::Highlight);
+        const QColor base = palette().color(group, QPalette::Base);
+        const auto mixed = [](int over, int under) { return (over + 3 * under) / 4; };
+        pale.setColor(
+            group, QPalette::Highlight,
+            QColor(mixed(full.red(), base.red()), mixed(full.green(), base.green()), mixed(full.blue(), base.blue())));
+        pale.setColor(group, QPalette::HighlightedText, palette().color(group, QPalette::Text));
+    }
+    m_table->setPalette(pale);
+}
+
+void KrvFontDetailsTableWidget::changeEvent(QEvent* event)
+{
+    KrvAbstractFontDetailsWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        paleSelection();
 }
 
 void KrvFontDetailsTableWidget::setContext(const QSharedPointer<UserFontGroupList>& context)
@@ -240,7 +264,7 @@ QString KrvFontDetailsTableWidget::groupNames() const
 void KrvFontDetailsTableWidget::openLocation(QString location)
 {
     if (font() && location == font()->fileName()) {
-        krv::platform::showInFileManager(location);
+        ui::showFile(location);
         return;
     }
     // The addresses stand in the font, and a font is a stranger's file: what they open is the web or a letter, never a
@@ -248,7 +272,7 @@ void KrvFontDetailsTableWidget::openLocation(QString location)
     const QUrl url = QUrl::fromUserInput(location);
     const QString scheme = url.scheme();
     if (scheme == QLatin1String("http") || scheme == QLatin1String("https") || scheme == QLatin1String("mailto"))
-        QDesktopServices::openUrl(url);
+        ui::openAddress(url);
 }
 
 void KrvFontDetailsTableWidget::copySelectionText()

@@ -16,6 +16,9 @@ public:
     void setContext(const QSharedPointer<UserFontGroupList>& context) override;
     void setFontCollection(const QSharedPointer<FontCollectionInterface>& collection) override;
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 protected slots:
     void updateView() override;
 
@@ -27,6 +30,7 @@ private slots:
 
 private:
     void setupUi();
+    void paleSelection();
     void setText(int row, const QString& text);
     void setLink(int row, const QString& target, const QString& text);
     QString groupNames() const;

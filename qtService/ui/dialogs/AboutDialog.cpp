@@ -1,9 +1,9 @@
 #include "qtService/ui/dialogs/AboutDialog.h"
 
 #include "qtService/app/core/WebPaths.h"
+#include "qtService/ui/messages/OpenOutside.h"
 
 #include <QDate>
-#include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -57,5 +57,5 @@ AboutDialog::AboutDialog(const QString& title, const QString& version, const QDa
 
 void AboutDialog::openUrl(QString url)
 {
-    QDesktopServices::openUrl(QUrl(url));
+    ui::openAddress(QUrl(url));
 }

@@ -1,6 +1,6 @@
 #include "qtService/ui/dialogs/FileProgressDialog.h"
 
-#include "qtService/management/platform_showfile.h"
+#include "qtService/ui/messages/OpenOutside.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -64,7 +64,9 @@ void FileProgressDialog::showProgress(int progressTotal, int progressCurrent)
 
 void FileProgressDialog::replaceCancelByClose()
 {
-    m_buttons->addButton(QDialogButtonBox::Close);
+    QPushButton* const close = m_buttons->addButton(QDialogButtonBox::Close);
+    close->setDefault(true);
+    close->setFocus();
     // The box lets it go; later, because it may be what was just pressed.
     QPushButton* const cancel = m_buttons->button(QDialogButtonBox::Cancel);
     m_buttons->removeButton(cancel);
@@ -78,7 +80,7 @@ void FileProgressDialog::offerFile(const QString& filePath)
     // No role that ends the dialog: the user may want to come back to it.
     QPushButton* show = m_buttons->addButton(tr("Show in Windows Explorer"), QDialogButtonBox::ActionRole);
     show->setObjectName(QStringLiteral("btnShowFile"));
-    connect(show, &QPushButton::clicked, this, [filePath] { krv::platform::showInFileManager(filePath); });
+    connect(show, &QPushButton::clicked, this, [filePath] { ui::showFile(filePath); });
     replaceCancelByClose();
 }
 

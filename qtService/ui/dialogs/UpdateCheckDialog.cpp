@@ -1,6 +1,7 @@
 #include "qtService/ui/dialogs/UpdateCheckDialog.h"
 
-#include <QDesktopServices>
+#include "qtService/ui/messages/OpenOutside.h"
+
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -128,6 +129,6 @@ void UpdateCheckDialog::onRejected()
 
 void UpdateCheckDialog::openUrl(QString url)
 {
-    QDesktopServices::openUrl(QUrl(url, QUrl::TolerantMode));
+    ui::openAddress(QUrl(url, QUrl::TolerantMode));
     accept();
 }

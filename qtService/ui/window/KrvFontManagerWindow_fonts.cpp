@@ -1,11 +1,11 @@
 #include "qtService/app/core/WebPaths.h"
 #include "qtService/app/service/FontManagementService.h"
-#include "qtService/management/platform_showfile.h"
 #include "qtService/ui/dialogs/FontActivationDialog.h"
 #include "qtService/ui/dialogs/FontArchiveImportDialog.h"
 #include "qtService/ui/fonts/FontColumn.h"
 #include "qtService/ui/fonts/KrvFontsView.h"
 #include "qtService/ui/fonts/KrvFontsViewModel.h"
+#include "qtService/ui/messages/OpenOutside.h"
 #include "qtService/ui/sidebar/SideBarWidget.h"
 #include "qtService/ui/window/KrvFontManagerWindow.h"
 #include "qtService/ui/window/WindowActions.h"
@@ -205,7 +205,7 @@ void KrvFontManagerWindow::markSelectedFontsWebfonts()
 void KrvFontManagerWindow::locateSelectedFontFile()
 {
     if (const StaticFontPtr font = currentFont())
-        krv::platform::showInFileManager(font->fileName());
+        ui::showFile(font->fileName());
 }
 
 void KrvFontManagerWindow::copySelectionText()

@@ -3,9 +3,9 @@
 #include "qtService/app/service/FontManagementService.h"
 #include "qtService/ui/dialogs/AboutDialog.h"
 #include "qtService/ui/dialogs/UpdateCheckDialog.h"
+#include "qtService/ui/messages/OpenOutside.h"
 #include "qtService/ui/window/KrvFontManagerWindow.h"
 
-#include <QDesktopServices>
 #include <QLocale>
 #include <QUrl>
 
@@ -23,7 +23,7 @@ QDate buildDate()
 
 void KrvFontManagerWindow::showHelp()
 {
-    QDesktopServices::openUrl(QUrl(krv::web::supportTicketPath()));
+    ui::openAddress(QUrl(krv::web::supportTicketPath()));
 }
 
 void KrvFontManagerWindow::showAboutDialog()

@@ -12,12 +12,15 @@
 #include "tests/support/testtree.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QtTest>
@@ -156,6 +159,31 @@ private slots:
         QTRY_COMPARE(value("Active"), QStringLiteral("Permanently active"));
     }
 
+    void theFontIsSwitchedBesideTheTabs()
+    {
+        select(0);
+        showTab(2);
+        auto* button = child<QPushButton>("btnActivate");
+        auto* result = child<QLabel>("lblResult");
+        QVERIFY(button->isVisible() && button->isEnabled());
+        QCOMPARE(button->text(), QStringLiteral("Activate"));
+        button->setFocus();
+        QTest::keyClick(button, Qt::Key_Space);
+        QTRY_COMPARE(font(0)->activityType(), 2);
+        QTRY_VERIFY(result->isVisible());
+        QCOMPARE(result->text(), QStringLiteral("Activated"));
+        QTRY_COMPARE(value("Active"), QStringLiteral("Permanently active"));
+        // The button comes back, to where the keyboard was.
+        QTRY_VERIFY_WITH_TIMEOUT(button->isVisible(), 10000);
+        QCOMPARE(button->text(), QStringLiteral("Deactivate"));
+        QVERIFY(button->hasFocus());
+        // What others do shows as well.
+        m_library->service()->setFontActivityType({m_ids.first()}, kerval::systemfm::Inactive)->start();
+        QTRY_COMPARE(button->text(), QStringLiteral("Activate"));
+        select(1);
+        QCOMPARE(button->text(), QStringLiteral("Activate"));
+    }
+
     void linksOpenTheWebOnlyAndTextsAreCopied()
     {
         const StaticFontPtr shown = font(0);
@@ -177,6 +205,17 @@ private slots:
             QDesktopServices::unsetUrlHandler(QLatin1String(scheme));
         QCOMPARE(m_opened.size(), 1);
         QCOMPARE(m_opened.first().host(), QStringLiteral("example.org"));
+        // Where no program opens it, a message names it.
+        emit static_cast<QLabel*>(table()->cellWidget(rowOf("Vendor URL"), 0))
+            ->linkActivated(QStringLiteral("https://example.org/lost"));
+        QMessageBox* message = nullptr;
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (widget->isVisible() && qobject_cast<QMessageBox*>(widget))
+                message = static_cast<QMessageBox*>(widget);
+        }
+        QVERIFY(message);
+        QVERIFY2(message->text().contains(QStringLiteral("example.org/lost")), qPrintable(message->text()));
+        QTest::keyClick(message, Qt::Key_Escape);
 
         table()->setCurrentCell(rowOf("Font Name"), 0);
         table()->setFocus();
