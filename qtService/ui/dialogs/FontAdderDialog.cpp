@@ -4,7 +4,6 @@
 #include "qtService/management/FontAdder.h"
 #include "qtService/ui/dialogs/AdderStatus.h"
 #include "qtService/ui/messages/FMSPlainTextMessage.h"
-#include "qtService/ui/widgets/ApplicationProgressIndicator.h"
 
 #include <QLabel>
 #include <QProgressBar>
@@ -17,7 +16,6 @@ FontAdderDialog::FontAdderDialog(const QSharedPointer<FontAdder>& adder, const K
     , m_adder(adder)
     , m_repository(repository)
     , m_warningsWindow(new FMSPlainTextMessage)
-    , m_taskbar(new ApplicationProgressIndicator(parent ? parent->window() : this))
 {
     m_warningsWindow->setWindowTitle(tr("Scanner Warnings"));
     setupUi();
@@ -44,8 +42,6 @@ FontAdderDialog::FontAdderDialog(const QSharedPointer<FontAdder>& adder, const K
 
 FontAdderDialog::~FontAdderDialog()
 {
-    m_taskbar->setVisible(false);
-    delete m_taskbar;
     delete m_warningsWindow;
 }
 
@@ -86,6 +82,10 @@ void FontAdderDialog::setupUi()
     buttons->addWidget(m_stopSearch);
     buttons->addWidget(m_startPause);
     buttons->addWidget(m_abort);
+    // The dialog does not grow when a search begins.
+    QSizePolicy policy = m_stopSearch->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    m_stopSearch->setSizePolicy(policy);
     auto* layout = new QVBoxLayout(this);
     layout->setObjectName(QStringLiteral("verticalLayout"));
     layout->addLayout(labels);
@@ -132,10 +132,6 @@ void FontAdderDialog::showWarnings()
 void FontAdderDialog::updateProgressBar()
 {
     ui::showAdderProgress(m_bar, *m_adder);
-    m_taskbar->setRange(m_bar->minimum(), m_bar->maximum());
-    m_taskbar->setValue(m_bar->value());
-    m_taskbar->setPaused(m_adder->isPaused());
-    m_taskbar->setVisible(m_adder->isAdding());
 }
 
 void FontAdderDialog::updateButtons()

@@ -5,7 +5,6 @@
 #include <QDialog>
 #include <QSharedPointer>
 
-class ApplicationProgressIndicator;
 class FMSPlainTextMessage;
 class FontAdder;
 class QLabel;
@@ -42,7 +41,6 @@ private:
     QSharedPointer<FontAdder> m_adder;
     KrvFontRepositoryPtr m_repository;
     FMSPlainTextMessage* m_warningsWindow;
-    ApplicationProgressIndicator* m_taskbar;
     QLabel* m_count;
     QLabel* m_status;
     QProgressBar* m_bar;

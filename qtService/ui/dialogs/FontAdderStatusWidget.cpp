@@ -2,6 +2,7 @@
 
 #include "qtService/management/FontAdder.h"
 #include "qtService/ui/dialogs/AdderStatus.h"
+#include "qtService/ui/widgets/ApplicationProgressIndicator.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -11,6 +12,7 @@
 FontAdderStatusWidget::FontAdderStatusWidget(const QSharedPointer<FontAdder>& adder, QWidget* parent)
     : QWidget(parent)
     , m_adder(adder)
+    , m_taskbar(std::make_unique<ApplicationProgressIndicator>(parent ? parent->window() : this))
 {
     setObjectName(QStringLiteral("FontAdderStatusWidget"));
     setWindowTitle(tr("Form"));
@@ -40,6 +42,11 @@ FontAdderStatusWidget::FontAdderStatusWidget(const QSharedPointer<FontAdder>& ad
     onFontAdderStatusChanged();
 }
 
+FontAdderStatusWidget::~FontAdderStatusWidget()
+{
+    m_taskbar->setVisible(false);
+}
+
 void FontAdderStatusWidget::onFontAdderStatusChanged()
 {
     const bool paused = m_adder->isPaused();
@@ -50,4 +57,11 @@ void FontAdderStatusWidget::onFontAdderStatusChanged()
     m_resume->setEnabled(m_adder->isAdding() && settled);
     m_abort->setEnabled(m_adder->isAdding() && settled);
     setVisible(m_adder->isAdding() || m_adder->isSearching());
+    // While it comes to a stop the bar turns without a value; the taskbar keeps the last one.
+    if (settled) {
+        m_taskbar->setRange(m_bar->minimum(), m_bar->maximum());
+        m_taskbar->setValue(m_bar->value());
+    }
+    m_taskbar->setPaused(paused);
+    m_taskbar->setVisible(m_adder->isAdding());
 }

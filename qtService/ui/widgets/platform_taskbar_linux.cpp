@@ -10,6 +10,9 @@ class ApplicationProgressIndicatorPrivate
 public:
     void announce()
     {
+        // What nobody sees need not be told.
+        if (!shown && !announcedShown)
+            return;
         const QDBusConnection bus = QDBusConnection::sessionBus();
         if (!bus.isConnected())
             return;

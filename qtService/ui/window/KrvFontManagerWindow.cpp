@@ -359,6 +359,9 @@ void KrvFontManagerWindow::show()
     activateWindow();
     if (m_view->currentIndex().isValid())
         m_view->scrollTo(m_view->currentIndex());
+    // A run that began while nobody saw the window.
+    if (isStarted())
+        onFontAdderStateChanged();
 }
 
 void KrvFontManagerWindow::changeEvent(QEvent* event)
@@ -378,6 +381,7 @@ bool KrvFontManagerWindow::isStarted() const
 void KrvFontManagerWindow::onFontManagementServiceStarted()
 {
     m_sideBar->setGroups(m_service->systemFontGroups(), m_service->userFontGroups());
+    m_details->setService(m_service);
     m_details->setContext(m_service->userFontGroups());
     connect(m_service->repository().data(), &KrvFontRepository::foundriesChanged, this,
             &KrvFontManagerWindow::onFoundriesChanged);

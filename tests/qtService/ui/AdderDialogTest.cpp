@@ -16,6 +16,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -214,6 +215,26 @@ private slots:
         QCOMPARE(strip->findChild<QLabel*>(QStringLiteral("lblStatus"))->text(), QStringLiteral("Font Scanner paused"));
         QTest::mouseClick(strip->findChild<QPushButton*>(QStringLiteral("btnResume")), Qt::LeftButton);
         QTRY_COMPARE_WITH_TIMEOUT(library.service()->repository()->fontCount(), many, patienceMs);
+    }
+
+    void aWindowThatIsOpenedLaterShowsTheRun()
+    {
+        m_adder.reset();
+        WindowLibrary library;
+        const QByteArray font = readFile(systemFontFiles(1).first());
+        for (int i = 0; i < 100; ++i)
+            writeFile(library.path(QStringLiteral("many/%1.ttf").arg(i)), font);
+        KrvFontManagerWindow window(library.service());
+        library.service()->addFonts({library.path(QStringLiteral("many"))});
+        const QSharedPointer<FontAdder> adder = library.service()->fontAdder();
+        QTRY_VERIFY(adder->isAdding());
+        QVERIFY(!window.findChild<FontAdderDialog*>());
+        window.show();
+        QPointer<FontAdderDialog> dialog = window.findChild<FontAdderDialog*>();
+        QVERIFY(dialog && dialog->isVisible());
+        QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("btnAbort")), Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(!adder->isAdding(), patienceMs);
+        QTRY_VERIFY(!dialog);
     }
 
 private:
