@@ -99,6 +99,10 @@ void FMSControlCenter::setupUi()
     buttons->addStretch();
     for (QPushButton* widget : {m_stopScanning, m_resume, m_abort, m_scan})
         buttons->addWidget(widget);
+    // The window does not grow when a search begins.
+    QSizePolicy policy = m_stopScanning->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    m_stopScanning->setSizePolicy(policy);
     auto* layout = new QGridLayout(this);
     layout->setHorizontalSpacing(16);
     layout->addWidget(logo, 0, 0, 3, 1, Qt::AlignTop);

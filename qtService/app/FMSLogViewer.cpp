@@ -36,6 +36,9 @@ FMSLogViewer::FMSLogViewer(QWidget* parent)
     m_view->setAlternatingRowColors(true);
     m_view->setShowGrid(false);
     m_view->setTabKeyNavigation(false);
+    // Long paths keep their file's name.
+    m_view->setWordWrap(false);
+    m_view->setTextElideMode(Qt::ElideMiddle);
     auto* close = new QPushButton(tr("Close"), this);
     close->setObjectName(QStringLiteral("btn_close"));
     auto* messages = new QPushButton(tr("Messages"), this);

@@ -16,6 +16,8 @@ public:
     ExportFontsCommand(const ZipArchive& archive, const QStringList& filePaths);
     ~ExportFontsCommand() override;
 
+    QString archivePath() const { return m_archive.archivePath(); }
+
 protected:
     void operator()() override;
 

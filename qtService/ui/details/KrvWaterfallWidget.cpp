@@ -26,7 +26,6 @@ constexpr int sizeCount = int(std::size(sizes));
 // A longer text is no sample any more, and its picture is as wide as the text is long.
 constexpr int maximumTextLength = 300;
 constexpr int leftMargin = 8;
-constexpr int rowSpacing = 6; // a line of small letters needs air on both sides
 constexpr int emptyRowHeight = 24;
 
 // The item views would scale the decoration to an icon; this draws it as it is, in the colour of text.
@@ -227,7 +226,8 @@ void KrvWaterfallWidget::fillRows()
         }
         item->setData(Qt::DecorationRole, image);
         item->setData(Qt::AccessibleTextRole, tr("%1 in %2 points").arg(m_masterText).arg(sizes[row]));
-        m_rows->setRowHeight(row, qMax(qRound(image.height() / ratio) + rowSpacing, m_rows->fontMetrics().height()));
+        // The smallest rows have to hold their labels.
+        m_rows->setRowHeight(row, qMax(qRound(image.height() / ratio), m_rows->fontMetrics().height()));
     }
     m_rows->setColumnWidth(0, m_master.isNull() ? 0 : qRound(m_master.width() / ratio) + 2 * leftMargin);
 }

@@ -79,6 +79,7 @@ void showAdderWarnings(FMSPlainTextMessage* window, const FontAdder& adder)
                            .arg(QDir::toNativeSeparators(file),
                                 QCoreApplication::translate("FMSControlCenter", "Reason"),
                                 FontAdder::failureText(failed.value(file))));
+    window->scrollToTop();
     window->show();
     window->raise();
 }

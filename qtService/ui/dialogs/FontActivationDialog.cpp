@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QTableWidget>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -14,6 +15,7 @@
 namespace {
 
 constexpr int actionColumnWidth = 150;
+const QSize reportSize(860, 460);
 
 QString fontName(const StaticFontPtr& font)
 {
@@ -121,7 +123,7 @@ void FontActivationDialog::onProgressChanged(int progressTotal, int)
 void FontActivationDialog::onCurrentFontChanged()
 {
     if (const StaticFontPtr font = m_command->currentFont())
-        m_description->setText(fontName(font));
+        m_description->setText((isActivating() ? tr("Activating %1") : tr("Deactivating %1")).arg(fontName(font)));
 }
 
 void FontActivationDialog::onCommandStateChanged(AbstractAsynchronousCommand::State state)
@@ -191,7 +193,20 @@ void FontActivationDialog::checkResults()
     m_treeDescription->setVisible(hasFailures);
     m_tree->setVisible(hasFailures);
     m_tree->expandAll();
-    resize(qMax(width(), 860), qMax(height(), 460));
+    makeRoomForReport();
+}
+
+// Grows around its middle, within the screen.
+void FontActivationDialog::makeRoomForReport()
+{
+    const QRect room = screen()->availableGeometry();
+    const QSize frame = frameGeometry().size() - size();
+    const QPoint middle = frameGeometry().center();
+    resize(size().expandedTo(reportSize).boundedTo(room.size() - frame));
+    QRect place(QPoint(), size() + frame);
+    place.moveCenter(middle);
+    move(qBound(room.left(), place.left(), room.left() + room.width() - place.width()),
+         qBound(room.top(), place.top(), room.top() + room.height() - place.height()));
 }
 
 void FontActivationDialog::addConflict(const ActivityChangeResult& result)

@@ -35,6 +35,7 @@ private:
     void setupUi();
     bool isActivating() const { return m_activityType != kerval::systemfm::Inactive; }
     StaticFontPtr font(int fontId) const;
+    void makeRoomForReport();
     void addConflict(const ActivityChangeResult& result);
     void addFailure(const QString& reason, int fontId);
 

@@ -1,10 +1,9 @@
 #include "qtService/ui/dialogs/FontExportProgressDialog.h"
 
-FontExportProgressDialog::FontExportProgressDialog(ExportFontsCommandPtr command, const QString& archivePath,
-                                                   const QString& title, const QString& operationText, QWidget* parent)
+FontExportProgressDialog::FontExportProgressDialog(ExportFontsCommandPtr command, const QString& title,
+                                                   const QString& operationText, QWidget* parent)
     : FileProgressDialog(QStringLiteral("FontExportProgressDialog"), title, operationText, parent)
     , m_command(std::move(command))
-    , m_archivePath(archivePath)
 {
     showProgress(m_command->progressTotal(), 0);
     connect(m_command.data(), &AbstractAsynchronousCommand::progressChanged, this,
@@ -37,7 +36,7 @@ void FontExportProgressDialog::onProgressChanged(int progressTotal, int progress
 void FontExportProgressDialog::onCommandStateChanged(AbstractAsynchronousCommand::State state)
 {
     if (state == AbstractAsynchronousCommand::Finished)
-        offerFile(m_archivePath);
+        offerFile(m_command->archivePath());
     else if (state == AbstractAsynchronousCommand::Failed)
-        showFailure(tr("The archive \"%1\" could not be written.").arg(m_archivePath));
+        showFailure(tr("The archive \"%1\" could not be written.").arg(m_command->archivePath()));
 }

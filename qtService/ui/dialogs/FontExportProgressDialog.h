@@ -9,8 +9,8 @@ class FontExportProgressDialog : public FileProgressDialog
     Q_OBJECT
 
 public:
-    FontExportProgressDialog(ExportFontsCommandPtr command, const QString& archivePath, const QString& title,
-                             const QString& operationText, QWidget* parent = nullptr);
+    FontExportProgressDialog(ExportFontsCommandPtr command, const QString& title, const QString& operationText,
+                             QWidget* parent = nullptr);
 
     int exec() override;
 
@@ -21,5 +21,4 @@ private slots:
 
 private:
     ExportFontsCommandPtr m_command;
-    QString m_archivePath;
 };

@@ -5,6 +5,7 @@
 #include "qtService/ui/window/Palette.h"
 
 #include <QDialogButtonBox>
+#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -20,6 +21,11 @@ GroupSelectionDialog::GroupSelectionDialog(const QString& title, const FontGroup
     m_buttons->setObjectName(QStringLiteral("buttonBox"));
     auto* layout = new QVBoxLayout(this);
     layout->setObjectName(QStringLiteral("verticalLayout"));
+    auto* noGroups =
+        new QLabel(tr("There are no groups yet. \"New Group\" and \"New Group With Fonts\" make them."), this);
+    noGroups->setObjectName(QStringLiteral("lblNoGroups"));
+    noGroups->setWordWrap(true);
+    layout->addWidget(noGroups);
     layout->addWidget(m_list);
     layout->addWidget(m_buttons);
     setWindowTitle(title);
@@ -40,6 +46,7 @@ GroupSelectionDialog::GroupSelectionDialog(const QString& title, const FontGroup
     connect(m_list, &QListWidget::itemChanged, this, &GroupSelectionDialog::updateOkButtonState);
     connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    noGroups->setVisible(m_list->count() == 0);
     m_list->setCurrentRow(0);
     m_list->setFocus();
     updateOkButtonState();

@@ -57,3 +57,8 @@ void FMSPlainTextMessage::append(const QString& text)
 {
     m_text->appendPlainText(text);
 }
+
+void FMSPlainTextMessage::scrollToTop()
+{
+    m_text->moveCursor(QTextCursor::Start);
+}

@@ -17,6 +17,7 @@ public:
     void clear();
     // As a new paragraph.
     void append(const QString& text);
+    void scrollToTop();
 
 signals:
     void refreshRequested();

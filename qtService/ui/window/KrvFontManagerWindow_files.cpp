@@ -104,7 +104,7 @@ void KrvFontManagerWindow::zipAllFonts()
     const QString file = askArchiveName();
     if (file.isEmpty())
         return;
-    FontExportProgressDialog dialog(m_service->exportAllFonts(file), file, titled(tr("Export All Fonts")),
+    FontExportProgressDialog dialog(m_service->exportAllFonts(file), titled(tr("Export All Fonts")),
                                     tr("Exporting All Fonts..."), this);
     dialog.exec();
 }
@@ -117,7 +117,7 @@ void KrvFontManagerWindow::zipChosenFonts()
     const QString file = askArchiveName();
     if (file.isEmpty())
         return;
-    FontExportProgressDialog dialog(m_service->exportFonts(file, fontIds), file, titled(tr("Export")),
+    FontExportProgressDialog dialog(m_service->exportFonts(file, fontIds), titled(tr("Export")),
                                     tr("Exporting Fonts..."), this);
     dialog.exec();
 }

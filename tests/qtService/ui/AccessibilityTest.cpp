@@ -114,8 +114,8 @@ private:
         if (name == QLatin1String("archives"))
             return std::make_unique<FontArchiveImportDialog>(service->importFontArchives({}), title, nullptr);
         if (name == QLatin1String("export"))
-            return std::make_unique<FontExportProgressDialog>(service->exportAllFonts(QStringLiteral("/x")),
-                                                              QStringLiteral("/x"), title, title, nullptr);
+            return std::make_unique<FontExportProgressDialog>(service->exportAllFonts(QStringLiteral("/x")), title,
+                                                              title, nullptr);
         if (name == QLatin1String("groups"))
             return std::make_unique<GroupSelectionDialog>(title, *service->userFontGroups(), nullptr);
         if (name == QLatin1String("splash"))
