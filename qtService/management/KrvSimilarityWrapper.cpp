@@ -19,6 +19,11 @@ QString yesNo(bool exists)
     return exists ? QStringLiteral("exists") : QStringLiteral("does not exist");
 }
 
+QString commandLine(const QString& program, const QStringList& arguments)
+{
+    return QStringLiteral("\"%1\" %2").arg(program, arguments.join(QLatin1Char(' ')));
+}
+
 QString encoded(const QString& path)
 {
     return QString::fromLatin1(krv::encodePath(path));
@@ -230,12 +235,16 @@ void KrvSimilarityWrapper::startNext()
 
 void KrvSimilarityWrapper::extract()
 {
-    if (!QFile::exists(m_extractFeaturesApp) || !m_features->create()) {
+    if (!QFile::exists(m_extractFeaturesApp)) {
         answer(Result(), ExtractionUnavailable);
         return;
     }
     if (!QFile::exists(m_findSimilarApp)) {
         answer(Result(), SearchFailed);
+        return;
+    }
+    if (!m_features->create()) {
+        answer(Result(), ExtractionUnavailable);
         return;
     }
     // Before the look at whether somebody else extracts: its end must find this one waiting.
@@ -255,9 +264,10 @@ void KrvSimilarityWrapper::extract()
                              QStringLiteral("zerocharacter")};
     if (!m_databaseUser.isEmpty())
         arguments << QStringLiteral("-u") << m_databaseUser;
+    // Before the password, which has no place in a log.
+    qDebug("M_3_ Start extracting features: %s", qUtf8Printable(commandLine(m_extractFeaturesApp, arguments)));
     if (!m_databasePassword.isEmpty())
         arguments << QStringLiteral("-p") << m_databasePassword;
-    qDebug("M_3_ Start extracting features: \"%s\"", qUtf8Printable(m_extractFeaturesApp));
     startProcess(m_extractFeaturesApp, arguments, m_extractionLimit);
 }
 
@@ -280,6 +290,7 @@ int KrvSimilarityWrapper::search(const Request& request)
                              QStringLiteral("-m"), request.mode};
     if (!request.inIds.isEmpty())
         arguments << QStringLiteral("--stdininids");
+    qDebug("M_3_ Find similar fonts: %s", qUtf8Printable(commandLine(m_findSimilarApp, arguments)));
     startProcess(m_findSimilarApp, arguments, m_searchLimit);
     if (!request.inIds.isEmpty())
         m_process->write(request.inIds.toUtf8() + '\n');
