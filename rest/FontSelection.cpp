@@ -58,7 +58,8 @@ bool isRecentGroup(int groupId)
            groupId == SystemFontGroupList::RecentlyDeactivatedFonts;
 }
 
-// What a value is ordered by: numbers and moments as numbers, everything else as text without regard to case.
+// What a value is ordered by: numbers and moments as numbers, everything else as text, whose case decides only between
+// texts that are alike but for it.
 struct SortKey
 {
     double number = 0;
@@ -88,7 +89,8 @@ struct SortKey
     {
         if (number != other.number)
             return number < other.number;
-        return text.compare(other.text, Qt::CaseInsensitive) < 0;
+        const int order = text.compare(other.text, Qt::CaseInsensitive);
+        return order != 0 ? order < 0 : text < other.text;
     }
 };
 

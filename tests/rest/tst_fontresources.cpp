@@ -198,12 +198,14 @@ private slots:
         const QList<int> ids = m_library->addFonts(3, [&](fms::StaticFont& font, int i) {
             font.setOtherInfo2(QString::number(i));
             font.setFamilyName(families.at(i));
+            font.setStyleName(i == 0 ? QStringLiteral("book") : i == 1 ? QStringLiteral("Book") : QString());
             font.setHwe(i == 0 ? 1000 : i == 1 ? 9 : 20);
             font.setIsBold(i == 0);
             font.setDateAdded(QDateTime::fromSecsSinceEpoch(i == 2 ? 5 : 1000 + i));
         });
         QCOMPARE(numbers(get(QStringLiteral("/fonts?sort_by=familyName"))), (QList<int>{1, 0, 2}));
         QCOMPARE(numbers(get(QStringLiteral("/fonts?sort_by=familyName&order=desc"))), (QList<int>{2, 0, 1}));
+        QCOMPARE(numbers(get(QStringLiteral("/fonts?sort_by=styleName"))), (QList<int>{2, 1, 0}));
         QCOMPARE(numbers(get(QStringLiteral("/fonts?sort_by=hwe"))), (QList<int>{1, 2, 0}));
         QCOMPARE(numbers(get(QStringLiteral("/fonts?sort_by=isBold"))).last(), 0);
         QCOMPARE(numbers(get(QStringLiteral("/fonts?sort_by=dateAdded"))), (QList<int>{2, 0, 1}));
