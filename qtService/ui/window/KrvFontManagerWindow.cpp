@@ -260,7 +260,6 @@ void KrvFontManagerWindow::connectPanes()
     connect(m_previewSettings, &KrvPreviewTextSettingsWidget::previewSizeChanged, m_details,
             &KrvFontDetailsTabWidget::setPreviewSize);
     m_details->setPreviewText(m_view->previewText());
-    m_details->setPreviewSize(m_view->previewSize());
     connect(m_actions->showDetails, &QAction::toggled, m_details, &QWidget::setVisible);
 
     connect(m_sideBar, &SideBarWidget::groupIdSelected, this, &KrvFontManagerWindow::onGroupSelected);

@@ -21,6 +21,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QtTest>
@@ -93,6 +94,7 @@ private slots:
         QTRY_VERIFY(!drawn.isEmpty());
         QCOMPARE(drawn.count(16), 1);
         QCOMPARE(drawn.size(), rows->rowCount());
+        QCOMPARE(rows->verticalScrollBar()->value(), 0); // it begins at its smallest size
 
         PointSizePreviewRequest request;
         request.dpi = 72;
