@@ -1847,8 +1847,13 @@ Kerval sucht nun die fehlenden Schriften und entfernt sie aus Ihrer Bibliothek.<
             <numerusform>... und %n weitere</numerusform>
         </translation>
     </message>
+    <message>
+        <source>One archive could not be added:</source>
+        <translation>Ein Archiv konnte nicht hinzugefügt werden:</translation>
+    </message>
     <message numerus="yes">
-        <source>%n archive(s) could not be added:</source>
+        <source>%n archives could not be added:</source>
+        <comment>Not for one archive</comment>
         <translation>
             <numerusform>%n Archiv konnte nicht hinzugefügt werden:</numerusform>
             <numerusform>%n Archive konnten nicht hinzugefügt werden:</numerusform>

@@ -91,7 +91,8 @@ void KrvFontManagerWindow::tellRefusedArchives(const QList<ImportFontArchivesCom
     QMessageBox box(QMessageBox::Warning, titled(tr("Unpack Archives")), QString(), QMessageBox::Ok, this);
     // File names are no markup.
     box.setTextFormat(Qt::PlainText);
-    box.setText(tr("%n archive(s) could not be added:", nullptr, refused));
+    box.setText(refused == 1 ? tr("One archive could not be added:")
+                             : tr("%n archives could not be added:", "Not for one archive", refused));
     box.setInformativeText(lines.join(QLatin1Char('\n')));
     box.exec();
 }

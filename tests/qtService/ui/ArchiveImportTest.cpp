@@ -105,7 +105,7 @@ private slots:
         drop({evil, good});
         QTRY_COMPARE_WITH_TIMEOUT(repository()->fontCount(), 1, patienceMs);
         QTRY_COMPARE(answers.given(), 2);
-        QVERIFY2(told.contains(QStringLiteral("1 archive")), qPrintable(told));
+        QCOMPARE(told, QStringLiteral("One archive could not be added:"));
         QCOMPARE(reasons, QStringLiteral(
                               "<b>evil.zip: It would write outside its own folder, or one of its files over another."));
         QVERIFY(!QFile::exists(krv::userSettingsFolder() + QStringLiteral("evil.ttf")));
@@ -114,10 +114,11 @@ private slots:
 
     void unpackingCanBeCancelled()
     {
-        // Enough to be still at it when the button is pressed.
+        // Enough to be still at it when the button is pressed, and packed in no time.
         ZipContent entries;
-        for (int i = 0; i < 50; ++i)
-            entries.append({QStringLiteral("font%1.ttf").arg(i), m_sans});
+        const QByteArray zeros(0x100000, '\0');
+        for (int i = 0; i < 63; ++i)
+            entries.append({QStringLiteral("font%1.ttf").arg(i), zeros});
         const QString archive = writeZip(path("large.zip"), entries);
         QString operation;
         ModalAnswers answers({[&](QDialog* dialog) {
