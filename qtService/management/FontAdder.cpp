@@ -351,6 +351,9 @@ void FontAdder::finishRun()
     resetCounters();
     saveQueue();
     emit fontAddingStopped();
+    // What a search has found that was begun after the stop, as a reset of the library does.
+    if (!isSearching())
+        startAddingPriv();
 }
 
 // Insertion

@@ -46,9 +46,9 @@ void FontAdder::resetCounters()
     bool addedChanged = false;
     {
         QWriteLocker locker(&m_lock);
-        fontsChanged = m_numberOfFonts != 0;
+        fontsChanged = m_numberOfFonts != m_queue.size();
         addedChanged = m_numberOfAddedFonts != 0;
-        m_numberOfFonts = 0;
+        m_numberOfFonts = m_queue.size();
         m_numberOfAddedFonts = 0;
     }
     if (fontsChanged)

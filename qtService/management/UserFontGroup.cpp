@@ -43,17 +43,21 @@ QList<StaticFontPtr> UserFontGroup::fontsWithHashes(const QSet<KrvUserDatabase::
         {MatchingCriteria::leaf(MatchingCriteria::InList, QStringLiteral("fontHash"), QStringList(hashes.values()))}));
 }
 
-// Takes those of the fonts that the group misses out of what it misses; their ids.
+// Takes those of the fonts that the group misses out of what it misses; their ids. Copies of a font in one folder whose
+// names differ in letters beyond Latin-1 only share a hash, and belong here together.
 QList<int> UserFontGroup::takePresent(const QList<StaticFontPtr>& fonts)
 {
     QList<int> ids;
+    QSet<QString> present;
     for (const StaticFontPtr& font : fonts) {
         const QString hash = font->fontHash();
-        if (!m_absentHashes.remove(hash))
+        if (!m_absentHashes.contains(hash))
             continue;
         ids.append(font->id());
         m_memberHashes.insert(ids.last(), hash);
+        present.insert(hash);
     }
+    m_absentHashes.subtract(present);
     return ids;
 }
 

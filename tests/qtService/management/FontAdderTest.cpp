@@ -56,6 +56,7 @@ private slots:
     void survivesFilesThatVanish();
     void pausesAndResumes();
     void stopsWhileJobsRun();
+    void addsWhatIsSearchedWhileItStops();
     void stopsAtOnceWhenPaused();
     void comesBackPausedAfterARestart();
     void keepsTheQueueWhenItIsShutDown();
@@ -264,6 +265,28 @@ void FontAdderTest::stopsWhileJobsRun()
     QVERIFY(eventTypes().contains(FMSLog::ScanAborted) && !eventTypes().contains(FMSLog::ScanFinished));
     adder->stopAdding(); // nothing to stop
     QCOMPARE(stopped.size(), 1);
+}
+
+void FontAdderTest::addsWhatIsSearchedWhileItStops()
+{
+    const QStringList files = copyFonts(m_fonts, 12);
+    const auto adder =
+        m_library->createAdder(writeScript(m_library->path(QStringLiteral("adder.sh")), gated(*m_library)));
+    QSignalSpy stopped(adder.data(), &FontAdder::fontAddingStopped);
+    adder->addFontsFromPaths({m_fonts});
+    QTRY_COMPARE(adder->runningJobCount(), adder->maxRunningJobs());
+    const int running = adder->runningJobCount();
+    adder->stopAdding();
+    adder->addFontsFromPaths({m_fonts});
+    QTRY_COMPARE(adder->numberOfFonts(), files.size() - running);
+    QTRY_VERIFY(!adder->isSearching());
+    QVERIFY(stopped.isEmpty());
+    writeFile(m_library->path(QStringLiteral("go")), QByteArray());
+    QVERIFY(stopped.wait(30000));
+    QCOMPARE(adder->numberOfFonts(), files.size() - running);
+    QVERIFY(stopped.wait(30000));
+    QCOMPARE(m_library->repository->fontCount(), files.size());
+    QCOMPARE(adder->numberOfFonts(), 0);
 }
 
 void FontAdderTest::stopsAtOnceWhenPaused()
