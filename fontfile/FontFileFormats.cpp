@@ -60,15 +60,19 @@ QString KrvFontFile::companionFileName(const QString& path, Format format)
 {
     const QFileInfo info(path);
     const QString extension = extensionForFormat(format);
-    const auto named = [&info](const QString& suffix) {
-        return QStringLiteral("%1/%2.%3").arg(info.absolutePath(), info.baseName(), suffix);
+    const auto named = [&info](const QString& name, const QString& suffix) {
+        return QStringLiteral("%1/%2.%3").arg(info.absolutePath(), name, suffix);
     };
-    const QString lower = named(extension);
-    if (QFile::exists(lower))
-        return lower;
-    // Pairs that come from systems without case in file names are often in capitals throughout.
-    const QString upper = named(extension.toUpper());
-    return QFile::exists(upper) ? upper : lower;
+    // A name may hold more dots than the last, and pairs that come from systems without case in file names are often in
+    // capitals throughout.
+    for (const QString& name : {info.baseName(), info.completeBaseName()}) {
+        for (const QString& suffix : {extension, extension.toUpper()}) {
+            const QString companion = named(name, suffix);
+            if (QFile::exists(companion))
+                return companion;
+        }
+    }
+    return named(info.baseName(), extension);
 }
 
 bool KrvFontFile::companionFileExists(const QString& path, Format format)

@@ -11,6 +11,8 @@
 #include <QThread>
 #include <QUuid>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int insertInterval = 10000;
@@ -366,8 +368,13 @@ void FontAdder::insertProcessedFonts()
         QWriteLocker locker(&m_lock);
         if (m_insertionJob || m_processedJobs.isEmpty())
             return;
-        records.reserve(m_processedJobs.size());
-        for (const QSharedPointer<FontProcessingJob>& job : qAsConst(m_processedJobs))
+        // By file and face, so that faces of one collection get ids in a row.
+        QList<QSharedPointer<FontProcessingJob>> jobs = m_processedJobs.values();
+        std::sort(jobs.begin(), jobs.end(), [](const auto& left, const auto& right) {
+            return qMakePair(left->fileName(), left->faceIndex()) < qMakePair(right->fileName(), right->faceIndex());
+        });
+        records.reserve(jobs.size());
+        for (const QSharedPointer<FontProcessingJob>& job : qAsConst(jobs))
             records.append({job->fontInfo(), job->features()});
         insertion = makeJob<FontAndFeatureInsertionJob>(records, m_userDatabase, m_repository, m_featureRepository);
         m_insertionJob = insertion;

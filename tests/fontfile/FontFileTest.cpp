@@ -89,7 +89,10 @@ void FontFileTest::companionsShareTheNameUpToTheFirstDot()
     QCOMPARE(KrvFontFile::companionFileName(path, KrvFontFile::FormatPfb),
              m_folder.filePath(QStringLiteral("100%1.pfb")));
     QVERIFY(!KrvFontFile::companionFileExists(path, KrvFontFile::FormatPfb));
+    const QString longer = save(QStringLiteral("100%1.old.pfb"), "x");
+    QCOMPARE(KrvFontFile::companionFileName(path, KrvFontFile::FormatPfb), longer);
     save(QStringLiteral("100%1.PFB"), "x");
+    QVERIFY(KrvFontFile::companionFileName(path, KrvFontFile::FormatPfb) != longer);
     QVERIFY(KrvFontFile::companionFileExists(path, KrvFontFile::FormatPfb));
     QCOMPARE(KrvFontFile::extensionForFormat(KrvFontFile::FormatUnknown), QString());
 }
