@@ -96,6 +96,11 @@ QPointF ColourPatch::fromPicture(const QPointF& point) const
     return (point - m_corner) / m_reduction;
 }
 
+QPointF ColourPatch::toPicture(const QPointF& point) const
+{
+    return point * m_reduction + m_corner;
+}
+
 ColourPatch::Colour ColourPatch::at(int x, int y) const
 {
     const std::size_t i = place(x, y);

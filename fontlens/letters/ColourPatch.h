@@ -22,6 +22,7 @@ public:
     int height() const { return m_height; }
     double reduction() const { return m_reduction; } // pixels of the picture for each one here
     QPointF fromPicture(const QPointF& point) const;
+    QPointF toPicture(const QPointF& point) const;
 
     // Replaces the colours by their difference to a smooth surface through the background: the quadratic on which most
     // of the pixels lie.

@@ -24,6 +24,13 @@ void averageLine(const float* from, int fromCount, std::ptrdiff_t fromStep, floa
     }
 }
 
+float cubic(float before, float at, float after, float beyond, float t)
+{
+    return at + 0.5F * t *
+                    (after - before +
+                     t * (2 * before - 5 * at + 4 * after - beyond + t * (3 * (at - after) + beyond - before)));
+}
+
 } // namespace
 
 Coverage Coverage::fromImage(const QImage& image)
@@ -103,6 +110,39 @@ Coverage Coverage::cropped(float level) const
     Coverage result(right - left + 1, bottom - top + 1);
     for (int y = 0; y < result.height; ++y)
         std::copy_n(row(y + top) + left, result.width, result.row(y));
+    return result;
+}
+
+Coverage Coverage::turned(double degrees) const
+{
+    const double radians = degrees * std::acos(-1.0) / 180;
+    const double c = std::cos(radians);
+    const double s = std::sin(radians);
+    Coverage result(int(std::ceil(std::abs(c) * width + std::abs(s) * height)) + 2,
+                    int(std::ceil(std::abs(s) * width + std::abs(c) * height)) + 2);
+    const auto valueAt = [this](int x, int y) {
+        return x >= 0 && y >= 0 && x < width && y < height ? row(y)[x] : 0.0F;
+    };
+    for (int y = 0; y < result.height; ++y) {
+        for (int x = 0; x < result.width; ++x) {
+            const double offX = x + 0.5 - 0.5 * result.width;
+            const double offY = y + 0.5 - 0.5 * result.height;
+            const double fromX = c * offX + s * offY + 0.5 * width - 0.5;
+            const double fromY = -s * offX + c * offY + 0.5 * height - 0.5;
+            const int cellX = int(std::floor(fromX));
+            const int cellY = int(std::floor(fromY));
+            if (cellX < -2 || cellY < -2 || cellX > width || cellY > height)
+                continue;
+            float lines[4];
+            for (int i = 0; i < 4; ++i) {
+                const int line = cellY - 1 + i;
+                lines[i] = cubic(valueAt(cellX - 1, line), valueAt(cellX, line), valueAt(cellX + 1, line),
+                                 valueAt(cellX + 2, line), float(fromX - cellX));
+            }
+            result.row(y)[x] =
+                std::clamp(cubic(lines[0], lines[1], lines[2], lines[3], float(fromY - cellY)), 0.0F, 1.0F);
+        }
+    }
     return result;
 }
 

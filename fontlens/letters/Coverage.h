@@ -36,6 +36,8 @@ struct Coverage
     Coverage withMargin(int margin) const;
     // Cut down to where the ink reaches the level; empty when it nowhere does.
     Coverage cropped(float level) const;
+    // Turned clockwise about the middle, on a canvas that holds all of it.
+    Coverage turned(double degrees) const;
     // Smoothed by a bell of this width; the size stays.
     void blur(double sigma);
 

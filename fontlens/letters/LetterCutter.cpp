@@ -2,11 +2,11 @@
 
 #include "fontlens/letters/LetterRegion.h"
 
-#include <QTransform>
-
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <memory>
+#include <optional>
 
 namespace kerval::letters {
 
@@ -14,10 +14,18 @@ namespace {
 
 constexpr int firstReach = 40; // pixels around the points that are looked at first; doubled until it is enough
 constexpr int lastReach = 4096;
+constexpr int lastWhiteReach = 1280; // the same for letters that are clicked in their white
+constexpr int mostWhitePoints = 8;
+constexpr int mostNeighbours = 8; // that lie nearer to such a click than its letter
 constexpr int mostCutLinePoints = 10000;
 constexpr double sameArea = 0.12; // two views of a letter agree when their areas differ by less
 constexpr double margin = 0.08;   // of the cut letter's larger side
 constexpr double onePixel = 1;
+
+QPointF middleOf(const QPoint& pixel)
+{
+    return QPointF(pixel) + QPointF(0.5, 0.5);
+}
 
 LetterCut failure(LetterCut::Error error, const QString& text)
 {
@@ -27,58 +35,19 @@ LetterCut failure(LetterCut::Error error, const QString& text)
     return result;
 }
 
-float cubic(float before, float at, float after, float beyond, float t)
-{
-    return at + 0.5F * t *
-                    (after - before +
-                     t * (2 * before - 5 * at + 4 * after - beyond + t * (3 * (at - after) + beyond - before)));
-}
-
-// Turned clockwise about the middle, on a canvas that holds all of it.
-Coverage turned(const Coverage& ink, int degrees)
-{
-    const double radians = degrees * std::acos(-1.0) / 180;
-    const double c = std::cos(radians);
-    const double s = std::sin(radians);
-    Coverage result(int(std::ceil(std::abs(c) * ink.width + std::abs(s) * ink.height)) + 2,
-                    int(std::ceil(std::abs(s) * ink.width + std::abs(c) * ink.height)) + 2);
-    const auto valueAt = [&ink](int x, int y) {
-        return x >= 0 && y >= 0 && x < ink.width && y < ink.height ? ink.row(y)[x] : 0.0F;
-    };
-    for (int y = 0; y < result.height; ++y) {
-        for (int x = 0; x < result.width; ++x) {
-            const double offX = x + 0.5 - 0.5 * result.width;
-            const double offY = y + 0.5 - 0.5 * result.height;
-            const double fromX = c * offX + s * offY + 0.5 * ink.width - 0.5;
-            const double fromY = -s * offX + c * offY + 0.5 * ink.height - 0.5;
-            const int cellX = int(std::floor(fromX));
-            const int cellY = int(std::floor(fromY));
-            if (cellX < -2 || cellY < -2 || cellX > ink.width || cellY > ink.height)
-                continue;
-            float lines[4];
-            for (int i = 0; i < 4; ++i) {
-                const int line = cellY - 1 + i;
-                lines[i] = cubic(valueAt(cellX - 1, line), valueAt(cellX, line), valueAt(cellX + 1, line),
-                                 valueAt(cellX + 2, line), float(fromX - cellX));
-            }
-            result.row(y)[x] =
-                std::clamp(cubic(lines[0], lines[1], lines[2], lines[3], float(fromY - cellY)), 0.0F, 1.0F);
-        }
-    }
-    return result;
-}
-
 struct View
 {
     std::unique_ptr<ColourPatch> patch;
     std::unique_ptr<LetterRegion> region;
+    QList<QPolygonF> cutLines; // in pixels of the patch
+    Qt::Edges edges;
     bool whole = false;
 
     bool isClosed() const { return region && region->verdict() == LetterRegion::Closed; }
     double area() const { return region->area() * patch->reduction() * patch->reduction(); }
-    bool isRoomy() const
+    bool isRoomy(const LetterRegion& letter) const
     {
-        return region->box().width() * 5 < patch->width() * 3 && region->box().height() * 5 < patch->height() * 3;
+        return letter.box().width() * 5 < patch->width() * 3 && letter.box().height() * 5 < patch->height() * 3;
     }
 };
 
@@ -95,31 +64,83 @@ View look(const QImage& picture, const QList<QPoint>& points, int reach, int thr
     view.patch->subtractBackground();
     const double side = std::max(all.width(), all.height());
     const double miss = std::clamp(3 + side / 500, 4.0, 12.0) / view.patch->reduction();
-    Qt::Edges edges;
-    edges.setFlag(Qt::LeftEdge, part.left() == all.left());
-    edges.setFlag(Qt::TopEdge, part.top() == all.top());
-    edges.setFlag(Qt::RightEdge, part.right() == all.right());
-    edges.setFlag(Qt::BottomEdge, part.bottom() == all.bottom());
+    view.edges.setFlag(Qt::LeftEdge, part.left() == all.left());
+    view.edges.setFlag(Qt::TopEdge, part.top() == all.top());
+    view.edges.setFlag(Qt::RightEdge, part.right() == all.right());
+    view.edges.setFlag(Qt::BottomEdge, part.bottom() == all.bottom());
     QList<QPointF> inPatch;
     for (const QPoint& point : points)
-        inPatch.append(view.patch->fromPicture(QPointF(point) + QPointF(0.5, 0.5)));
-    QList<QPolygonF> lines;
+        inPatch.append(view.patch->fromPicture(middleOf(point)));
     for (const QPolygon& cutLine : cutLines) {
         QPolygonF line;
         for (const QPoint& point : cutLine)
             line.append(view.patch->fromPicture(point));
-        lines.append(line);
+        view.cutLines.append(line);
     }
-    view.region =
-        std::make_unique<LetterRegion>(*view.patch, inPatch, threshold, std::max(onePixel, miss), lines, edges);
+    view.region = std::make_unique<LetterRegion>(*view.patch, inPatch, threshold, std::max(onePixel, miss),
+                                                 view.cutLines, view.edges);
     return view;
+}
+
+// The nearest ink of a letter in whose box the point lies, in pixels of the patch.
+std::optional<QPoint> inkAround(const View& view, const QPointF& point, int threshold)
+{
+    const ColourPatch& patch = *view.patch;
+    const float least = LetterRegion::leastContrast(patch, threshold);
+    QList<QRect> others;
+    while (others.size() < mostNeighbours) {
+        double nearest = std::numeric_limits<double>::max();
+        QPoint found;
+        for (int y = 0; y < patch.height(); ++y) {
+            for (int x = 0; x < patch.width(); ++x) {
+                const double distance = std::hypot(x + 0.5 - point.x(), y + 0.5 - point.y());
+                if (distance >= nearest || ColourPatch::length(patch.at(x, y)) < least)
+                    continue;
+                const auto holds = [x, y](const QRect& box) { return box.contains(x, y); };
+                if (std::none_of(others.cbegin(), others.cend(), holds)) {
+                    nearest = distance;
+                    found = QPoint(x, y);
+                }
+            }
+        }
+        if (nearest == std::numeric_limits<double>::max())
+            return std::nullopt;
+        const LetterRegion letter(patch, {middleOf(found)}, threshold, onePixel, view.cutLines, view.edges);
+        const bool isLetter = letter.verdict() == LetterRegion::Closed && view.isRoomy(letter);
+        if (isLetter && QRectF(letter.box()).contains(point))
+            return found;
+        if (letter.verdict() == LetterRegion::Open)
+            return std::nullopt; // it may be the one; a larger view will tell
+        others.append((letter.box() | QRect(found, QSize(1, 1))).adjusted(-1, -1, 1, 1));
+    }
+    return std::nullopt;
+}
+
+// For a click into the white of a letter (the middle of an o, the mouth of a c): a point in its ink.
+std::optional<QPoint> inkAround(const QImage& picture, const QPoint& point, int threshold,
+                                const QList<QPolygon>& cutLines)
+{
+    for (int reach = firstReach; reach <= lastWhiteReach; reach *= 2) {
+        const View view = look(picture, {point}, reach, threshold, cutLines);
+        // Near by, the white may itself look like ink on black.
+        if (view.region->verdict() == LetterRegion::Background) {
+            const auto found = inkAround(view, view.patch->fromPicture(middleOf(point)), threshold);
+            if (found) {
+                const QPointF at = view.patch->toPicture(middleOf(*found));
+                return QPoint(int(at.x()), int(at.y()));
+            }
+        }
+        if (view.whole)
+            break;
+    }
+    return std::nullopt;
 }
 
 LetterCut finished(const View& view, int angle)
 {
     Coverage ink = view.region->ink();
     if (angle % 360 != 0)
-        ink = turned(ink, angle % 360);
+        ink = ink.turned(angle % 360);
     ink = ink.cropped(0.1F);
     if (ink.isEmpty())
         return failure(LetterCut::NoInk, LetterCutter::tr("There is no ink here."));
@@ -128,6 +149,29 @@ LetterCut finished(const View& view, int angle)
     result.image = ink.toImage();
     result.scale = 1 / view.patch->reduction();
     return result;
+}
+
+LetterCut cutAt(const QImage& picture, const QList<QPoint>& points, int angle, int threshold,
+                const QList<QPolygon>& cutLines)
+{
+    // What looks like a letter from near may be the white inside of one: two views must agree.
+    View before;
+    bool anyInk = false;
+    for (int reach = firstReach; reach <= lastReach; reach *= 2) {
+        View view = look(picture, points, reach, threshold, cutLines);
+        anyInk = view.region->verdict() != LetterRegion::Background;
+        if (before.isClosed() && view.isClosed() &&
+            std::abs(view.area() - before.area()) <= sameArea * std::max(view.area(), before.area()))
+            return finished(before.isRoomy(*before.region) ? before : view, angle);
+        if (view.whole) {
+            if (view.isClosed() && view.region->sidesTouched() < 3)
+                return finished(view, angle);
+            break;
+        }
+        before = std::move(view);
+    }
+    return anyInk ? failure(LetterCut::NoLetter, LetterCutter::tr("What lies here reaches too far to be a letter."))
+                  : failure(LetterCut::NoInk, LetterCutter::tr("There is no ink here."));
 }
 
 } // namespace
@@ -158,24 +202,16 @@ LetterCut LetterCutter::cut(const QImage& picture, const QList<QPoint>& points, 
         return failure(LetterCut::NoPoints, tr("There are too many cut lines."));
     threshold = std::clamp(threshold, 0, 100);
 
-    // What looks like a letter from near may be the white inside of one: two views must agree.
-    View before;
-    bool anyInk = false;
-    for (int reach = firstReach; reach <= lastReach; reach *= 2) {
-        View view = look(picture, inside, reach, threshold, cutLines);
-        anyInk = view.region->verdict() != LetterRegion::Background;
-        if (before.isClosed() && view.isClosed() &&
-            std::abs(view.area() - before.area()) <= sameArea * std::max(view.area(), before.area()))
-            return finished(before.isRoomy() ? before : view, angle);
-        if (view.whole) {
-            if (view.isClosed() && view.region->sidesTouched() < 3)
-                return finished(view, angle);
-            break;
-        }
-        before = std::move(view);
+    const LetterCut cut = cutAt(picture, inside, angle, threshold, cutLines);
+    if ((cut.error != LetterCut::NoInk && cut.error != LetterCut::NoLetter) || inside.size() > mostWhitePoints)
+        return cut;
+    bool anyMoved = false;
+    for (QPoint& point : inside) {
+        const auto ink = inkAround(picture, point, threshold, cutLines);
+        anyMoved = anyMoved || ink;
+        point = ink.value_or(point);
     }
-    return anyInk ? failure(LetterCut::NoLetter, tr("What lies here reaches too far to be a letter."))
-                  : failure(LetterCut::NoInk, tr("There is no ink here."));
+    return anyMoved ? cutAt(picture, inside, angle, threshold, cutLines) : cut;
 }
 
 } // namespace kerval::letters

@@ -27,10 +27,16 @@ constexpr double fineHeight = 80;     // and for the second
 constexpr float sizeWeight = 2.5F;    // of squared differences of relative sizes against those of shapes
 constexpr float mostDistance = 0.12F; // of a descriptor; a letter of another construction is no worse than that
 constexpr std::array<double, 6> blurs = {0, 0.5, 0.8, 1.2, 1.7, 2.4}; // pixels of the picture
+// Degrees by which text may be crooked; the second pass turns as much as lies between them.
+constexpr std::array<double, 4> turns = {-11, -6, 6, 11};
+constexpr std::size_t turnedFrom = 3;     // letters: fewer may be upright, or italic, or both
+constexpr std::size_t turnCandidates = 8; // by which it is found whether the text is crooked
+constexpr float clearlyCloser = 0.85F;
 constexpr double smallestPart = 0.03;
 constexpr double mostSquares = 1.5; // side of a square as large as the mean letter, in heights to compare at
 constexpr int mostPixels = 1024;    // of a letter's side
 constexpr std::size_t preparingBytes = 128 << 20;
+constexpr std::size_t mostFacesForSigns = 20000;
 
 // A letter of the query, brought to pixels of the picture.
 struct AskedLetter
@@ -52,13 +58,33 @@ struct Ranked
     LetterFit::State state;
 };
 
-QVector<QChar> commonCharacters()
+float closeness(const std::vector<Ranked>& ranked)
+{
+    const std::size_t count = std::min(turnCandidates, ranked.size());
+    float sum = 0;
+    for (std::size_t i = 0; i < count; ++i)
+        sum += ranked[i].distance;
+    return sum / float(count);
+}
+
+QVector<QChar> lettersAndDigits()
 {
     QVector<QChar> result;
     for (char c = 'a'; c <= 'z'; ++c)
         result << QLatin1Char(c) << QChar(QLatin1Char(c)).toUpper();
     for (char c = '0'; c <= '9'; ++c)
         result << QLatin1Char(c);
+    return result;
+}
+
+QVector<QChar> signsAndAccents()
+{
+    QVector<QChar> result;
+    for (ushort c = 0x21; c <= 0xff; ++c) {
+        const bool isSign = c < 0x7f && !QChar(c).isLetterOrNumber();
+        if (isSign || c >= 0xc0 || c == 0xa1 || c == 0xbf)
+            result << QChar(c);
+    }
     return result;
 }
 
@@ -75,10 +101,15 @@ public:
 
     void measureAll(const std::atomic<bool>& cancelled);
     static std::vector<AskedLetter> readLetters(const QVector<CutLetter>& letters);
+    static std::vector<AskedLetter> turned(const std::vector<AskedLetter>& letters, double degrees);
     static double typicalHeight(const std::vector<AskedLetter>& letters);
     static std::vector<Ranked> firstPass(const std::vector<AskedLetter>& letters,
                                          const QVector<LetterTablePtr>& tables);
     static void openOutlines(const std::vector<AskedLetter>& letters, const IndexedFaces& faces, Ranked& candidate);
+    double bestDeviance(const std::vector<AskedLetter>& letters, const IndexedFaces& faces,
+                        const std::vector<Ranked>& ranked);
+    void straighten(const IndexedFaces& faces, const QVector<LetterTablePtr>& tables, std::vector<AskedLetter>& letters,
+                    std::vector<Ranked>& ranked);
     double findBlur(const std::vector<AskedLetter>& letters, std::vector<Ranked>& ranked);
     void compare(const std::vector<AskedLetter>& letters, std::vector<Ranked>& ranked, int count, double height,
                  double blur, int steps);
@@ -161,8 +192,10 @@ void LetterMatcher::waitUntilPrepared()
 // Faces are opened once for as many characters as the memory allows.
 void LetterMatcher::Private::measureAll(const std::atomic<bool>& cancelled)
 {
-    const QVector<QChar> characters = commonCharacters();
     const auto faces = qMax<std::size_t>(1, index.faces()->size());
+    // Of very many faces only the letters and digits, lest the folder's bound cost one what another gained.
+    const QVector<QChar> characters =
+        faces > mostFacesForSigns ? lettersAndDigits() : lettersAndDigits() + signsAndAccents();
     const int atOnce = int(qBound<std::size_t>(4, preparingBytes / (faces * sizeof(LetterTable::Row)), 64));
     for (int i = 0; i < characters.size() && !cancelled; i += atOnce)
         index.tables(characters.mid(i, atOnce), nullptr, [&cancelled] { return cancelled.load(); });
@@ -187,6 +220,18 @@ std::vector<AskedLetter> LetterMatcher::Private::readLetters(const QVector<CutLe
         asked.ink = Coverage::fromImage(image).cropped(0.2F);
         asked.unit = 1 / scale;
         asked.single = asked.ink.parts(smallestPart) <= 1;
+        if (ShapeDescriptor::of(asked.ink, asked.unit, 0, asked.shape))
+            result.push_back(std::move(asked));
+    }
+    return result;
+}
+
+std::vector<AskedLetter> LetterMatcher::Private::turned(const std::vector<AskedLetter>& letters, double degrees)
+{
+    std::vector<AskedLetter> result;
+    for (const AskedLetter& letter : letters) {
+        AskedLetter asked = letter;
+        asked.ink = letter.ink.turned(degrees).cropped(0.2F);
         if (ShapeDescriptor::of(asked.ink, asked.unit, 0, asked.shape))
             result.push_back(std::move(asked));
     }
@@ -308,6 +353,42 @@ void LetterMatcher::Private::compare(const std::vector<AskedLetter>& letters, st
                      [](const Ranked& one, const Ranked& other) { return one.state.deviance < other.state.deviance; });
 }
 
+// How well the best of the first candidates fits.
+double LetterMatcher::Private::bestDeviance(const std::vector<AskedLetter>& letters, const IndexedFaces& faces,
+                                            const std::vector<Ranked>& ranked)
+{
+    std::vector<Ranked> first(ranked.begin(), ranked.begin() + long(std::min(turnCandidates, ranked.size())));
+    shareWork(&pool, int(first.size()), [&](int i) { openOutlines(letters, faces, first[std::size_t(i)]); });
+    compare(letters, first, int(first.size()), coarseHeight, blurs[2], 2);
+    return first.front().state.deviance;
+}
+
+// Turns letters of crooked text upright, when some turn brings them clearly closer to some faces.
+void LetterMatcher::Private::straighten(const IndexedFaces& faces, const QVector<LetterTablePtr>& tables,
+                                        std::vector<AskedLetter>& letters, std::vector<Ranked>& ranked)
+{
+    if (letters.size() < turnedFrom)
+        return;
+    float closest = clearlyCloser * closeness(ranked);
+    std::vector<AskedLetter> straight;
+    std::vector<Ranked> rankedStraight;
+    for (const double turn : turns) {
+        std::vector<AskedLetter> tried = turned(letters, turn);
+        if (tried.size() != letters.size())
+            continue;
+        std::vector<Ranked> found = firstPass(tried, tables);
+        if (closeness(found) < closest) {
+            closest = closeness(found);
+            straight = std::move(tried);
+            rankedStraight = std::move(found);
+        }
+    }
+    if (straight.empty() || bestDeviance(straight, faces, rankedStraight) >= bestDeviance(letters, faces, ranked))
+        return;
+    letters = std::move(straight);
+    ranked = std::move(rankedStraight);
+}
+
 // The blur under which the best of the first candidates fits best.
 double LetterMatcher::Private::findBlur(const std::vector<AskedLetter>& letters, std::vector<Ranked>& ranked)
 {
@@ -329,7 +410,7 @@ QVector<FontMatch> LetterMatcher::match(const QVector<CutLetter>& cutLetters, in
                                         const std::atomic<bool>* cancelled)
 {
     const auto isCancelled = [cancelled] { return cancelled && cancelled->load(); };
-    const std::vector<AskedLetter> letters = Private::readLetters(cutLetters);
+    std::vector<AskedLetter> letters = Private::readLetters(cutLetters);
     QHash<QPair<QString, int>, QVector<int>> ids;
     QVector<LetterTablePtr> tables;
     {
@@ -353,6 +434,7 @@ QVector<FontMatch> LetterMatcher::match(const QVector<CutLetter>& cutLetters, in
     std::vector<Ranked> ranked = m_private->firstPass(letters, tables);
     if (ranked.empty())
         return {};
+    m_private->straighten(faces, tables, letters, ranked);
     shareWork(&m_private->pool, int(ranked.size()), [&](int i) {
         if (!isCancelled())
             Private::openOutlines(letters, faces, ranked[std::size_t(i)]);

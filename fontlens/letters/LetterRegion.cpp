@@ -40,8 +40,7 @@ LetterRegion::LetterRegion(const ColourPatch& patch, const QList<QPointF>& point
                            const QList<QPolygonF>& cutLines, const Qt::Edges pictureEdges)
 {
     m_noise = patch.noise();
-    const float least = std::max({2.0F, contrastShare * float(threshold), 4 * m_noise});
-    if (points.isEmpty() || !findInk(patch, points.first(), missDistance, least))
+    if (points.isEmpty() || !findInk(patch, points.first(), missDistance, leastContrast(patch, threshold)))
         return;
     m_state.assign(std::size_t(patch.width()) * std::size_t(patch.height()), Free);
     block(patch.width(), patch.height(), cutLines);
@@ -69,6 +68,11 @@ LetterRegion::LetterRegion(const ColourPatch& patch, const QList<QPointF>& point
                       (m_box.right() == patch.width() - 1 && !(pictureEdges & Qt::RightEdge)) ||
                       (m_box.bottom() == patch.height() - 1 && !(pictureEdges & Qt::BottomEdge));
     m_verdict = open ? Open : Closed;
+}
+
+float LetterRegion::leastContrast(const ColourPatch& patch, int threshold)
+{
+    return std::max({2.0F, contrastShare * float(threshold), 4 * patch.noise()});
 }
 
 // The colour of the ink at the first point: the strongest difference close by when there is one under the point, else

@@ -25,6 +25,9 @@ public:
     LetterRegion(const ColourPatch& patch, const QList<QPointF>& points, int threshold, double missDistance,
                  const QList<QPolygonF>& cutLines, const Qt::Edges pictureEdges);
 
+    // What differs from the background by less is no ink at this threshold.
+    static float leastContrast(const ColourPatch& patch, int threshold);
+
     Verdict verdict() const { return m_verdict; }
     int area() const { return m_area; }
     QRect box() const { return m_box; }

@@ -39,6 +39,11 @@ QString gone(const QString& pictureId)
     return QStringLiteral("There is no picture %1; pictures are kept for an hour after their last use.").arg(pictureId);
 }
 
+std::optional<int> optionalNumber(const FormData& query, const QString& field, int least, int most, int otherwise)
+{
+    return query.contains(field) ? values::number(query.text(field), least, most) : otherwise;
+}
+
 // A click at the picture's very edge is rounded to the pixel behind it.
 bool pullInside(QList<QPoint>& points, const QRect& rect)
 {
@@ -264,10 +269,11 @@ std::shared_ptr<void> LocalRecognizer::cutLetter(const FormData& query, const Re
     auto points = values::points(query.text(QStringLiteral("points")));
     if (!points)
         return refuse(reply, 400, QStringLiteral("The field points is not \"x,y;x,y\" with 64 points at most."));
-    const auto threshold = values::number(query.text(QStringLiteral("threshold")), 0, 255);
+    const auto threshold =
+        optionalNumber(query, QStringLiteral("threshold"), 0, 255, letters::LetterCutter::normalSensitivity);
     if (!threshold)
         return refuse(reply, 400, QStringLiteral("The field threshold is no number from 0 to 255."));
-    const auto angle = values::number(query.text(QStringLiteral("angle")), -36000, 36000);
+    const auto angle = optionalNumber(query, QStringLiteral("angle"), -36000, 36000, 0);
     if (!angle)
         return refuse(reply, 400, QStringLiteral("The field angle is no number of whole degrees."));
     const auto splitters = values::polygons(query.text(QStringLiteral("spltrs")));

@@ -112,6 +112,7 @@ private slots:
     void turnedPictureComesOutUpright();
     void cutLinesSeparate();
     void nearMissTakesTheNearestInk();
+    void clicksInTheWhiteOfALetter();
     void clicksOnBackgroundFail_data();
     void clicksOnBackgroundFail();
     void sensitivityDecidesOnFaintInk();
@@ -240,17 +241,35 @@ void LetterCutterTest::nearMissTakesTheNearestInk()
     QCOMPARE(inkBox(other.image).size(), neighbour.size());
 }
 
+void LetterCutterTest::clicksInTheWhiteOfALetter()
+{
+    const QPoint openWhite(95, 90); // below the bars
+    const LetterCut cut = LetterCutter::cut(drawn(QColor(90, 20, 20), Qt::white), {openWhite});
+    QVERIFY(cut.isValid());
+    QVERIFY(isF(cut.image));
+    const LetterCut both = LetterCutter::cut(drawn(Qt::white, Qt::black), {openWhite, neighbour.center()});
+    QCOMPARE(inkBox(both.image).size(), letterF.united(neighbour).size());
+    for (const int radius : {12, 30, 90, 300}) {
+        QPainterPath ring;
+        const QPoint centre(2 * radius, 2 * radius);
+        ring.addEllipse(centre, radius, radius);
+        ring.addEllipse(centre, radius / 2, radius / 2);
+        const QPoint beside(centre.x() + radius * 5 / 4, centre.y());
+        const QImage picture = drawn(Qt::white, Qt::black, ring, QSize(4 * radius, 4 * radius));
+        const LetterCut o = LetterCutter::cut(picture, {centre});
+        QVERIFY2(o.isValid(), qPrintable(o.text));
+        QVERIFY(qAbs(inkBox(o.image).width() / o.scale - 2 * radius) < 3);
+        QVERIFY(!LetterCutter::cut(picture, {beside}).isValid() || radius == 12);
+    }
+}
+
 void LetterCutterTest::clicksOnBackgroundFail_data()
 {
     QTest::addColumn<QImage>("picture");
     QTest::addColumn<QPoint>("point");
     const QImage picture = drawn(Qt::white, Qt::black);
     QTest::newRow("far from any ink") << picture << QPoint(20, 20);
-    QTest::newRow("between letter and neighbour") << drawn(QColor(90, 20, 20), Qt::white) << QPoint(90, 88);
-    QPainterPath ring;
-    ring.addEllipse(QPoint(200, 200), 90, 90);
-    ring.addEllipse(QPoint(200, 200), 45, 45);
-    QTest::newRow("inside of a heavy ring") << drawn(Qt::white, Qt::black, ring, QSize(400, 400)) << QPoint(200, 200);
+    QTest::newRow("between letter and neighbour") << drawn(QColor(90, 20, 20), Qt::white) << QPoint(111, 70);
     QTest::newRow("nothing but ground") << drawn(Qt::gray, Qt::black, QPainterPath()) << QPoint(100, 70);
     QTest::newRow("nothing but noise") << noisy(drawn(Qt::gray, Qt::black, QPainterPath()), 20) << QPoint(100, 70);
 }

@@ -249,7 +249,7 @@ void LetterMatcherTest::preparedLettersSurviveARestart()
         QVERIFY(!matcher.isPreparing());
     }
     const QFileInfoList files = QDir(cache).entryInfoList(QDir::Files);
-    QCOMPARE(files.size(), 62);
+    QVERIFY(files.size() >= 62);
     LetterMatcher matcher(cache);
     matcher.setCandidates(candidates());
     QCOMPARE(firstOf(matcher, lettersOf(debianFont(QStringLiteral("DejaVuSerif.ttf")), QStringLiteral("Rag"), 50)),
