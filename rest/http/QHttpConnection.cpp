@@ -45,7 +45,7 @@ void QHttpConnection::write(const QByteArray& data)
 void QHttpConnection::updateWriteCount(qint64 count)
 {
     m_transmitPosition += count;
-    m_timer.start(m_limits.idleMilliseconds);
+    m_timer.start(); // as long as before: a refused client is not given more time by taking its answer
     if (m_transmitPosition == m_transmitLength) {
         m_transmitLength = 0;
         m_transmitPosition = 0;
@@ -56,6 +56,16 @@ void QHttpConnection::updateWriteCount(qint64 count)
 bool QHttpConnection::isIdle() const
 {
     return m_phase == Phase::Serving && !m_response && m_transmitLength == 0 && (!m_request || m_request->isComplete());
+}
+
+int QHttpConnection::stalledMilliseconds() const
+{
+    return isBeingHandled() || !m_timer.isActive() ? 0 : m_timer.interval() - m_timer.remainingTime();
+}
+
+bool QHttpConnection::isBeingHandled() const
+{
+    return m_response && m_request && m_request->isComplete();
 }
 
 void QHttpConnection::parseRequest()
@@ -221,20 +231,18 @@ void QHttpConnection::socketDisconnected()
 {
     m_isDisconnected = true;
     m_timer.stop();
-    const bool isBeingHandled = m_response && m_request && m_request->isComplete();
     // Deleting now would take the request away from a handler that waits in an event loop of its own.
-    if (!isBeingHandled)
+    if (!isBeingHandled())
         deleteLater();
     if (m_request && !m_request->isComplete())
         emit m_request->end();
-    else if (isBeingHandled)
+    else if (isBeingHandled())
         emit m_response->abandoned();
 }
 
 void QHttpConnection::onTimeout()
 {
-    const bool isBeingHandled = m_response && m_request && m_request->isComplete();
-    if (isBeingHandled && m_transmitLength == 0)
+    if (isBeingHandled() && m_transmitLength == 0)
         return;
     // A polite close would wait for a peer that may not read at all.
     m_socket->flush();

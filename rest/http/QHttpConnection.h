@@ -31,6 +31,8 @@ public:
     void refuse(int statusCode);
     // Between two requests, or before the first.
     bool isIdle() const;
+    // How long its client has made no progress with a request or an answer; 0 while it waits for an answer.
+    int stalledMilliseconds() const;
 
 signals:
     void newRequest(QHttpRequest* request, QHttpResponse* response);
@@ -49,6 +51,7 @@ private:
     void bodyReceived(const QByteArray& data) override;
     QHttpResponse* createResponse();
     void completeRequest();
+    bool isBeingHandled() const;
     void discardInput();
     void closeWhenWritten();
 

@@ -127,17 +127,25 @@ void QHttpServer::newConnection()
     }
 }
 
-// Children are kept in the order of their creation, so the first idle one is the oldest.
+// Children are kept in the order of their creation, so the first idle one is the oldest. Without one, a client that
+// stands still goes: however many send half a request and no more, the others are served.
 bool QHttpServer::makeRoom()
 {
     const auto connections = findChildren<QHttpConnection*>(QString(), Qt::FindDirectChildrenOnly);
     if (connections.size() < m_limits.connections)
         return true;
+    QHttpConnection* dispensable = nullptr;
+    int stalled = m_limits.lingerMilliseconds;
     for (QHttpConnection* connection : connections) {
         if (connection->isIdle()) {
-            delete connection;
-            return true;
+            dispensable = connection;
+            break;
+        }
+        if (connection->stalledMilliseconds() > stalled) {
+            dispensable = connection;
+            stalled = connection->stalledMilliseconds();
         }
     }
-    return false;
+    delete dispensable;
+    return dispensable != nullptr;
 }

@@ -270,13 +270,15 @@ private slots:
         QTest::newRow("half a body") << QByteArray("POST / HTTP/1.1\r\nContent-Length: 9\r\n\r\nx");
         QTest::newRow("after an answer") << QByteArray("POST / HTTP/1.1\r\nContent-Length: 1\r\n\r\nx");
         QTest::newRow("after nonsense") << QByteArray("nonsense\r\n\r\n");
+        QTest::newRow("after a refusal") << QByteArray("POST / HTTP/1.1\r\nContent-Length: 8388609\r\n\r\n");
     }
 
     void idleConnectionsGo()
     {
         QFETCH(QByteArray, text);
         HttpLimits limits;
-        limits.idleMilliseconds = 100;
+        // A refused client has taken its answer and goes sooner than one that may still send a request.
+        (text.contains("8388609") ? limits.lingerMilliseconds : limits.idleMilliseconds) = 100;
         m_server->setLimits(limits);
         RawClient client(m_server->serverPort());
         client.send(text);
@@ -302,6 +304,25 @@ private slots:
         QVERIFY(QTest::qWaitFor([&] { return fourth.received().contains("503") || !third.isOpen(); }));
         busy.send("y");
         QVERIFY(busy.receive("\r\n\r\nxy"));
+    }
+
+    void stalledClientsMakeRoom()
+    {
+        HttpLimits limits;
+        limits.connections = 2;
+        limits.lingerMilliseconds = 50;
+        m_server->setLimits(limits);
+        RawClient halfHeader(m_server->serverPort());
+        halfHeader.send("GET / HT");
+        RawClient halfBody(m_server->serverPort());
+        halfBody.send("POST / HTTP/1.1\r\nContent-Length: 2\r\n\r\nx");
+        QTRY_COMPARE(openConnections(), 2);
+        const auto isAnswered = [this] {
+            RawClient other(m_server->serverPort());
+            other.send("POST / HTTP/1.1\r\nContent-Length: 1\r\n\r\nx");
+            return other.receive("\r\n\r\nx");
+        };
+        QTRY_VERIFY(isAnswered());
     }
 
     void aTakenPortIsAnError()
