@@ -46,6 +46,8 @@ constexpr int firstPort = 33000;
 constexpr int lastPort = 65535;
 // How long a start waits for the port of an instance that is itself still starting.
 constexpr int otherInstancePatienceMs = 20000;
+// A lock file is filled a moment after it is made.
+constexpr int unreadableLockPatienceMs = 1000;
 
 const char* const helperPrograms[] = {"krvfindsimilar.exe", "krvextractfeatures.exe", "krvfontadder.exe"};
 
@@ -178,7 +180,7 @@ bool FMService::start(int* port, bool startFontManager)
         return false;
     }
     storePort(chosen);
-    *port = chosen;
+    *port = m_chosenPort = chosen;
 
     m_fontManagementService = QSharedPointer<FontManagementService>::create();
     m_server = std::make_unique<api::rest::Server>(m_fontManagementService);
@@ -267,6 +269,8 @@ bool FMService::acquireInstanceLock(int* runningPort)
         const int port = storedPort();
         if (m_instanceLock->error() != QLockFile::LockFailedError)
             return true; // a file system without locks: the port alone decides
+        if (waiting.elapsed() > unreadableLockPatienceMs)
+            dropUnreadableLock();
         if (port != 0 && isPortTaken(port) && krv::queryRunningService(port).userId == m_userId) {
             *runningPort = port;
             qCritical() << "E_0_"
@@ -277,6 +281,17 @@ bool FMService::acquireInstanceLock(int* runningPort)
     qCritical() << "E_0_"
                 << "ANOTHER INSTANCE OF FMSERVICE IS ALREADY RUNNING but does not answer, quiting...";
     return false;
+}
+
+// A machine that lost its power may have kept the lock file without what was written into it, which names no process
+// that could be found dead. The file of a living one is held by its process and stays.
+void FMService::dropUnreadableLock()
+{
+    qint64 process = 0;
+    QString host;
+    QString program;
+    if (!m_instanceLock->getLockInfo(&process, &host, &program))
+        m_instanceLock->removeStaleLockFile();
 }
 
 // The port to listen on; 0 when a service of this user already runs, whose port is then stored in *runningPort.
@@ -291,10 +306,15 @@ int FMService::choosePort(int* runningPort)
                     << "ANOTHER INSTANCE OF FMSERVICE IS ALREADY RUNNING( port" << stored << "), quiting...";
         return 0;
     }
-    for (int port = firstPort; port <= lastPort; ++port) {
+    return findPort(firstPort, stored, runningPort);
+}
+
+int FMService::findPort(int first, int foreignPort, int* runningPort)
+{
+    for (int port = first; port <= lastPort; ++port) {
         if (!isPortTaken(port))
             return port;
-        if (port != stored && krv::queryRunningService(port).userId == m_userId) {
+        if (port != foreignPort && krv::queryRunningService(port).userId == m_userId) {
             *runningPort = port;
             qCritical() << "E_0_"
                         << "ANOTHER INSTANCE OF FMSERVICE IS ALREADY RUNNING( port" << port << " case 2), quiting...";
@@ -302,7 +322,7 @@ int FMService::choosePort(int* runningPort)
         }
     }
     qCritical() << "E_0_"
-                << "no free port from" << firstPort << "upward, quiting...";
+                << "no free port from" << first << "upward, quiting...";
     return 0;
 }
 
@@ -326,12 +346,14 @@ void FMService::onFontManagementServiceStarted()
              << "FMService::start() ends";
 }
 
-// Between choosing a port and listening on it another program may take it: another user's service that starts at the
-// same moment, say. Then the choice is made again.
+// A port on which nobody answers may still be no port to listen on: a program has taken it meanwhile (another user's
+// service that starts at the same moment, say) or holds it on another address of this machine, or it is kept for the
+// administrator. Then the next one is tried.
 bool FMService::listen()
 {
     constexpr int attempts = 20;
-    int port = storedPort();
+    int port = m_chosenPort;
+    int next = firstPort;
     for (int attempt = 0; attempt < attempts && port != 0; ++attempt) {
         if (m_server->listen(quint16(port))) {
             storePort(port);
@@ -340,8 +362,9 @@ bool FMService::listen()
             return true;
         }
         qWarning() << "W_1_"
-                   << "port" << port << "was taken meanwhile";
-        port = choosePort(&m_otherInstancePort);
+                   << "port" << port << "cannot be listened on";
+        port = findPort(next, port, &m_otherInstancePort);
+        next = port + 1;
     }
     qCritical() << "E_0_"
                 << "SERVER FAILED TO BIND LISTENER TO THE PORT, quiting...";

@@ -92,7 +92,10 @@ private:
     void endSplashScreen();
     bool checkSettingsFolder();
     bool acquireInstanceLock(int* runningPort);
+    void dropUnreadableLock();
     int choosePort(int* runningPort);
+    // The first free one; the foreign port is known not to be another instance's.
+    int findPort(int first, int foreignPort, int* runningPort);
     void addRecognizer();
     bool listen();
     void nameRecognitionService();
@@ -105,6 +108,7 @@ private:
     std::unique_ptr<Translations> m_translations; // outlives every text shown
     QString m_userId;
     State m_state = NotStarted;
+    int m_chosenPort = 0;
     int m_otherInstancePort = 0;
     FMSLog m_log;
     FMSSettings m_settings;

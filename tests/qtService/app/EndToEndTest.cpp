@@ -201,12 +201,19 @@ private slots:
             QTRY_COMPARE_WITH_TIMEOUT(home.catalogued().size(), 90, patienceMs);
     }
 
+    void aForeignListenerIsPassedBy_data()
+    {
+        QTest::addColumn<QString>("address");
+        QTest::newRow("one that never answers") << QStringLiteral("127.0.0.1");
+        QTest::newRow("on another address") << QStringLiteral("127.0.0.2");
+    }
+
     void aForeignListenerIsPassedBy()
     {
+        QFETCH(QString, address);
         Home home;
-        // It never answers, which the start must survive too.
         QTcpServer foreign;
-        QVERIFY(foreign.listen(QHostAddress::LocalHost));
+        QVERIFY(foreign.listen(QHostAddress(address)));
         writeFile(home.dataFile(QStringLiteral("port.ini")),
                   "[General]\nPort=" + QByteArray::number(foreign.serverPort()) + "\n");
         home.launch({QStringLiteral("--async")});
@@ -229,6 +236,21 @@ private slots:
         writeFile(home.dataFile(QStringLiteral("port.ini")), "[General]\nPort=" + stored + "\n");
         home.launch({QStringLiteral("--async")});
         QVERIFY(home.port() >= 33000);
+    }
+
+    void anEmptyLockFileIsNoInstance()
+    {
+        Home home;
+        writeFile(home.dataFile(QStringLiteral("service.lock")), QByteArray());
+        home.launch({QStringLiteral("--async")});
+        QVERIFY(home.port() >= 33000);
+        const qint64 process = home.servicePid();
+        QVERIFY(process != 0);
+        // That of a running service stays, whatever it says.
+        QVERIFY(QFile::resize(home.dataFile(QStringLiteral("service.lock")), 0));
+        QCOMPARE(home.launch({QStringLiteral("--async")}), portLine(home.port()));
+        ::kill(pid_t(process), SIGTERM);
+        QTRY_VERIFY_WITH_TIMEOUT(!isAlive(process), patienceMs);
     }
 
     void foreignDatabasesAreMovedAside()
