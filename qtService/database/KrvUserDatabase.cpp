@@ -27,7 +27,7 @@ void logBoundValues(const QSqlQuery& query, const char* title)
 {
     const QMap<QString, QVariant> values = query.boundValues();
     QDebug debug = qDebug().noquote();
-    debug << "E_0_Last error:" << query.lastError().text() << "\nlast query:" << query.lastQuery()
+    debug << "E_0_ Last error:" << query.lastError().text() << "\nlast query:" << query.lastQuery()
           << "\nparameter count:" << values.size() << '\n'
           << title;
     for (auto it = values.constBegin(); it != values.constEnd(); ++it)
@@ -62,7 +62,7 @@ bool KrvUserDatabase::open(const QString& fileName)
     const bool ready = file.prepare();
     m_setAsideFile = file.setAsideFile();
     if (!ready) {
-        qWarning().noquote() << "E_0_FAILED to open:" << fileName;
+        qWarning().noquote() << "E_0_ FAILED to open:" << fileName;
         return false;
     }
     DatabaseConnectionFactory::Parameters parameters;
@@ -143,7 +143,7 @@ int KrvUserDatabase::execInsertQuery(QSqlQuery& query) const
 {
     if (query.exec())
         return query.lastInsertId().toInt();
-    qDebug().noquote() << "E_0_KrvUserDatabase::execInsertQuery SQL failed";
+    qDebug().noquote() << "E_0_ KrvUserDatabase::execInsertQuery SQL failed";
     logBoundValues(query, "bound values:");
     return 0;
 }

@@ -79,7 +79,7 @@ bool run(const QSqlDatabase& database, const QString& statement)
     QSqlQuery query(database);
     if (query.exec(statement))
         return true;
-    qWarning().noquote() << "E_0_user.db: Last error:" << query.lastError().text() << "last query:" << statement;
+    qWarning().noquote() << "E_0_ user.db: Last error:" << query.lastError().text() << "last query:" << statement;
     return false;
 }
 
@@ -149,7 +149,7 @@ bool UserDatabaseFile::prepare()
 
     ScopedConnection connection(m_fileName);
     if (!connection.database.isOpen()) {
-        qWarning().noquote() << "E_0_FAILED to open:" << m_fileName << connection.database.lastError().text();
+        qWarning().noquote() << "E_0_ FAILED to open:" << m_fileName << connection.database.lastError().text();
         return false;
     }
     if (isNew)
@@ -167,7 +167,7 @@ UserDatabaseFile::Condition UserDatabaseFile::examine() const
     QSqlQuery query(connection.database);
     if (!connection.database.isOpen() || !query.exec(QStringLiteral("PRAGMA quick_check"))) {
         const QSqlError error = connection.database.isOpen() ? query.lastError() : connection.database.lastError();
-        qWarning().noquote() << "E_0_FAILED to open:" << m_fileName << error.text();
+        qWarning().noquote() << "E_0_ FAILED to open:" << m_fileName << error.text();
         // SQLITE_CORRUPT and SQLITE_NOTADB; anything else (rights, a full disk, a lock) says nothing of the content.
         const bool damaged =
             error.nativeErrorCode() == QLatin1String("11") || error.nativeErrorCode() == QLatin1String("26");
@@ -179,7 +179,7 @@ UserDatabaseFile::Condition UserDatabaseFile::examine() const
         // A row that breaks a constraint harms nothing but itself.
         if (finding == QLatin1String("ok") || finding.startsWith(QLatin1String("NULL value in")))
             continue;
-        qWarning().noquote() << "E_0_user.db is damaged:" << finding;
+        qWarning().noquote() << "E_0_ user.db is damaged:" << finding;
         damaged = true;
     }
     return damaged || query.lastError().isValid() ? Condition::Damaged : Condition::Sound;
@@ -192,7 +192,7 @@ bool UserDatabaseFile::setAside()
     for (int n = 2; QFile::exists(target); ++n)
         target = m_fileName + QStringLiteral(".damaged-%1-%2").arg(stamp).arg(n);
     if (!QFile::rename(m_fileName, target)) {
-        qWarning().noquote() << "E_0_Cannot move the damaged file aside:" << m_fileName;
+        qWarning().noquote() << "E_0_ Cannot move the damaged file aside:" << m_fileName;
         return false;
     }
     // A journal left behind would be replayed into the new file.
@@ -244,7 +244,7 @@ bool UserDatabaseFile::keepCopy(const QSqlDatabase& database, int version) const
     QFile::remove(part);
     if (QFile::copy(m_fileName, part) && QFile::rename(part, copy))
         return true;
-    qWarning().noquote() << "E_0_Cannot keep a copy before the upgrade:" << copy;
+    qWarning().noquote() << "E_0_ Cannot keep a copy before the upgrade:" << copy;
     QFile::remove(part);
     return false;
 }
