@@ -106,6 +106,14 @@
         <translation>Kerval Kontrollzentrum</translation>
     </message>
     <message>
+        <source>The file with your groups, notes and rankings cannot be opened. Until Kerval is started again they are not shown and cannot be changed.
+Please check permissions on:
+   &quot;%1&quot;</source>
+        <translation>Die Datei mit Ihren Gruppen, Notizen und Bewertungen lässt sich nicht öffnen. Bis zum nächsten Start von Kerval werden sie nicht gezeigt und können nicht geändert werden.
+Bitte prüfen Sie die Zugriffsrechte von:
+   &quot;%1&quot;</translation>
+    </message>
+    <message>
         <source>Administrator</source>
         <comment>On Windows this text is prepended to control center&apos;s title if program is started under Admin privileges</comment>
         <translation>Administrator</translation>

@@ -419,6 +419,11 @@ void FMService::tellAboutDamagedData()
             tr("The file with your groups, notes and rankings could not be read.\nIt was kept as \"%1\", and Kerval "
                "started with a new one.")
                 .arg(shown(aside)));
+    if (userDatabase && !userDatabase->isOpen())
+        KrvMessage::instance()->warning(
+            tr("The file with your groups, notes and rankings cannot be opened. Until Kerval is started again they are "
+               "not shown and cannot be changed.\nPlease check permissions on:\n   \"%1\"")
+                .arg(shown(krv::userSettingsFolder())));
 
     switch (m_fontManagementService->catalogueState()) {
     case FontDatabase::Opened:

@@ -134,6 +134,12 @@ bool FontDatabase::replaceDamaged()
     return m_fileState == DamagedReplaced;
 }
 
+void FontDatabase::setUnreadable()
+{
+    if (m_fileState != CannotReplace)
+        m_fileState = CannotOpen;
+}
+
 FontDatabase::FileState FontDatabase::fileState() const
 {
     return m_fileState;

@@ -126,6 +126,8 @@ public:
     // Replaces a file that turned out to be damaged while it was read. Only for start-up: no other thread may hold a
     // connection. False when the damaged file cannot be moved away.
     bool replaceDamaged();
+    // For the reader that found the file not to be readable, whatever the look at it before had shown.
+    void setUnreadable();
 
     QSharedPointer<DatabaseConnectionFactory> connectionFactory() const;
     DatabaseTableGateway<FontTableColumn>* fontGateway() const;

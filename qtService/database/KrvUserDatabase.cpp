@@ -77,6 +77,11 @@ bool KrvUserDatabase::open(const QString& fileName)
     return true;
 }
 
+bool KrvUserDatabase::isOpen() const
+{
+    return !m_connections.isNull() && connection().isOpen();
+}
+
 QString KrvUserDatabase::setAsideFile() const
 {
     return m_setAsideFile;

@@ -66,6 +66,7 @@ public:
 
     // False when the file cannot be opened, created or upgraded; an older file is then as it was.
     bool open(const QString& fileName);
+    bool isOpen() const;
     // Where a damaged file was moved by open(); empty when there was none.
     QString setAsideFile() const;
     int userVersion() const;

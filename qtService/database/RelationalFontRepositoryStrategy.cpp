@@ -113,17 +113,24 @@ QList<StaticFontPtr> RelationalFontRepositoryStrategy::fonts()
     FontTableReader reader(*m_database);
     if (!reader.isUsable()) {
         const auto rows = m_database->fontGateway()->select({}, {}, Gateway::ForwardOnly);
-        return RecordListFontFactory::instance()->createFonts(*rows);
+        fonts = RecordListFontFactory::instance()->createFonts(*rows);
+        m_isUnread = rows->hasFailed();
+        return fonts;
     }
-    if (reader.read(fonts))
+    m_isUnread = !reader.read(fonts);
+    if (!m_isUnread)
         return fonts;
     qWarning() << "E_1_"
                << "Reading the catalogue failed with SQLite's error" << reader.errorCode();
     // Damage inside the file shows here, while it is first read. With the only connection being ours, the file can be
     // replaced under it, and the next rescan brings its fonts back.
     const bool alone = m_database->connectionFactory()->connectionNames().size() == 1;
-    if (alone && fontdatabasefile::isDamage(QString::number(reader.errorCode())) && m_database->replaceDamaged())
+    if (alone && fontdatabasefile::isDamage(QString::number(reader.errorCode())) && m_database->replaceDamaged()) {
         fonts.clear();
+        m_isUnread = false;
+    } else {
+        m_database->setUnreadable();
+    }
     return fonts;
 }
 
@@ -157,6 +164,11 @@ QList<int> RelationalFontRepositoryStrategy::findMatchingFontIds(const MatchingC
 
 bool RelationalFontRepositoryStrategy::addFonts(const QList<StaticFontPtr>& fonts)
 {
+    if (m_isUnread) {
+        qWarning() << "E_1_"
+                   << "Nothing is added to a catalogue that could not be read";
+        return false;
+    }
     FontRows rows = writtenRows(fonts);
     const QList<QVariant> ids = m_database->fontGateway()->insert(rows);
     bool complete = ids.size() == fonts.size();

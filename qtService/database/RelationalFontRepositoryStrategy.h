@@ -3,6 +3,8 @@
 #include "qtService/database/FontDatabase.h"
 #include "qtService/database/FontRepositoryStrategy.h"
 
+#include <atomic>
+
 // The catalogue straight from fms.db: every answer is a statement, nothing is kept.
 class RelationalFontRepositoryStrategy : public FontRepositoryStrategy
 {
@@ -37,4 +39,6 @@ public:
 
 private:
     const QSharedPointer<FontDatabase> m_database;
+    // The last reading of all fonts ended early: what is catalogued is not known then, and a scan would add it again.
+    std::atomic<bool> m_isUnread{false};
 };

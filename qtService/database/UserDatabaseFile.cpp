@@ -108,6 +108,8 @@ public:
         , database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name))
     {
         database.setDatabaseName(fileName);
+        // What another program holds is mostly let go soon; a start without the user's data lasts a whole session.
+        database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=30000"));
         database.open();
     }
     ~ScopedConnection()

@@ -231,6 +231,7 @@ private slots:
         QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("user.db")));
         KrvUserDatabase database;
         QVERIFY(!database.open(m_fileName));
+        QVERIFY(!database.isOpen());
         QVERIFY(database.setAsideFile().isEmpty());
         QVERIFY(QFileInfo(m_fileName).isDir());
         QVERIFY(!database.addFontsToGroup({fontA}, 1));

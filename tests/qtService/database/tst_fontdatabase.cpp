@@ -116,20 +116,7 @@ private slots:
     void damagedCatalogueIsReplacedAndItsPathsAreKept()
     {
         constexpr int count = 3000;
-        {
-            RelationalFontRepositoryStrategy strategy(QSharedPointer<FontDatabase>::create(m_file));
-            QList<StaticFontPtr> fonts;
-            for (int i = 0; i < count; ++i) {
-                fonts.append(fontAt(QStringLiteral("/fonts/%1.ttf").arg(i)));
-                fonts.last()->setDescription(QStringLiteral("some description that fills the page %1").arg(i));
-            }
-            QVERIFY(strategy.addFonts(fonts));
-        }
-        QByteArray bytes = readFile(m_file);
-        const int middle = bytes.size() / 2 / 4096 * 4096;
-        bytes.replace(middle, 4096, QByteArray(4096, char(0xA5)));
-        writeFile(m_file, bytes);
-
+        makeCatalogueWithABadPage(count);
         const auto database = QSharedPointer<FontDatabase>::create(m_file);
         RelationalFontRepositoryStrategy strategy(database);
         QVERIFY(strategy.fonts().isEmpty());
@@ -143,6 +130,17 @@ private slots:
 
         QVERIFY(strategy.addFont(fontAt(QStringLiteral("/fonts/new.ttf"))));
         QCOMPARE(strategy.fonts().size(), 1);
+    }
+
+    // It cannot be replaced under another thread's connection, and what a scan brought would be there twice.
+    void nothingIsAddedToAnUnreadCatalogue()
+    {
+        makeCatalogueWithABadPage(3000);
+        const auto database = QSharedPointer<FontDatabase>::create(m_file);
+        RelationalFontRepositoryStrategy strategy(database);
+        runInThread([&] { strategy.fonts(); });
+        QCOMPARE(database->fileState(), FontDatabase::CannotOpen);
+        QVERIFY(!strategy.addFont(fontAt(QStringLiteral("/fonts/new.ttf"))));
     }
 
     void catalogueOfAnotherFormatIsReplaced_data()
@@ -289,6 +287,24 @@ private slots:
     }
 
 private:
+    // The damage lies behind the header, in the midst of the table.
+    void makeCatalogueWithABadPage(int count)
+    {
+        {
+            RelationalFontRepositoryStrategy strategy(QSharedPointer<FontDatabase>::create(m_file));
+            QList<StaticFontPtr> fonts;
+            for (int i = 0; i < count; ++i) {
+                fonts.append(fontAt(QStringLiteral("/fonts/%1.ttf").arg(i)));
+                fonts.last()->setDescription(QStringLiteral("some description that fills the page %1").arg(i));
+            }
+            QVERIFY(strategy.addFonts(fonts));
+        }
+        QByteArray bytes = readFile(m_file);
+        const int middle = bytes.size() / 2 / 4096 * 4096;
+        bytes.replace(middle, 4096, QByteArray(4096, char(0xA5)));
+        writeFile(m_file, bytes);
+    }
+
     QScopedPointer<QTemporaryDir> m_folder;
     QString m_file;
 };
