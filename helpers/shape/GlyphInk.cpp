@@ -39,20 +39,23 @@ void GlyphInk::crop(const GlyphCoverage& coverage)
     while (!hasInk(bottom)) {
         --bottom;
     }
-    std::vector<std::uint8_t> darkest(line(top), line(top) + coverage.width);
-    for (int y = top + 1; y <= bottom; ++y) {
-        std::transform(darkest.begin(), darkest.end(), line(y), darkest.begin(),
-                       [](std::uint8_t one, std::uint8_t other) { return std::max(one, other); });
+    // Only what is left of the first ink and right of the last so far can still move them.
+    int first = coverage.width;
+    int behind = 0;
+    for (int y = top; y <= bottom; ++y) {
+        const std::uint8_t* pixels = line(y);
+        first = static_cast<int>(std::find_if(pixels, pixels + first, isInk) - pixels);
+        for (int x = coverage.width; x > behind; --x) {
+            behind = isInk(pixels[x - 1]) ? x : behind;
+        }
     }
-    const auto first = static_cast<int>(std::find_if(darkest.begin(), darkest.end(), isInk) - darkest.begin());
-    const auto behind = static_cast<int>(darkest.rend() - std::find_if(darkest.rbegin(), darkest.rend(), isInk));
     const int width = behind - first;
     const int height = bottom - top + 1;
     const int step = (std::max(width, height) + kMaximalSide - 1) / kMaximalSide;
     m_scale = static_cast<float>(step);
     m_coverageLeft = static_cast<float>(first);
     m_coverageTop = static_cast<float>(top);
-    m_grid = InkGrid((width + step - 1) / step, (height + step - 1) / step);
+    m_grid.reset((width + step - 1) / step, (height + step - 1) / step);
     if (step == 1) {
         for (int y = 0; y < height; ++y) {
             std::copy_n(line(y + top) + first, width, m_grid.row(y));
@@ -85,8 +88,12 @@ void GlyphInk::findBox()
         left = std::max(left, m_grid.row(y)[0]);
         right = std::max(right, m_grid.row(y)[columns - 1]);
     }
-    const std::uint8_t top = *std::max_element(m_grid.row(0), m_grid.row(0) + columns);
-    const std::uint8_t bottom = *std::max_element(m_grid.row(rows - 1), m_grid.row(rows - 1) + columns);
+    std::uint8_t top = 0;
+    std::uint8_t bottom = 0;
+    for (int x = 0; x < columns; ++x) {
+        top = std::max(top, m_grid.row(0)[x]);
+        bottom = std::max(bottom, m_grid.row(rows - 1)[x]);
+    }
     m_left = 1 - left * InkGrid::kUnit;
     m_top = 1 - top * InkGrid::kUnit;
     m_width = static_cast<float>(columns) - m_left - (1 - right * InkGrid::kUnit);

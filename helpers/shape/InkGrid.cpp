@@ -1,6 +1,5 @@
 #include "helpers/shape/InkGrid.h"
 
-#include <array>
 #include <cstring>
 
 namespace krv {
@@ -36,12 +35,12 @@ std::size_t roundedUp(int count, std::size_t block)
 
 } // namespace
 
-InkGrid::InkGrid(int columns, int rows)
-    : m_stride(roundedUp(columns, kBlock) + 2 * kBlock)
-    , m_columns(columns)
-    , m_rows(rows)
+void InkGrid::reset(int columns, int rows)
 {
-    m_pixels.resize(m_stride * (roundedUp(rows, kBlock) + 2) + kBlock);
+    m_stride = roundedUp(columns, kBlock) + 2 * kBlock;
+    m_columns = columns;
+    m_rows = rows;
+    std::memset(m_pixels.data(), 0, m_stride * (roundedUp(rows, kBlock) + 2) + kBlock);
 }
 
 InkGrid InkGrid::transposed() const

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 namespace krv {
 
@@ -14,8 +14,10 @@ public:
     static constexpr int kMaximalSide = 256;
     static constexpr float kUnit = 1.0F / 255; // of ink for each step of grey
 
-    InkGrid() = default;
-    InkGrid(int columns, int rows); // all white, no side above the maximum
+    InkGrid() {} // no pixels, and none cleared
+    InkGrid(int columns, int rows) { reset(columns, rows); }
+
+    void reset(int columns, int rows); // all white, no side above the maximum
 
     int columns() const { return m_columns; }
     int rows() const { return m_rows; }
@@ -30,10 +32,11 @@ private:
 
     static constexpr std::size_t kBlock = 8; // pixels that are handled together
 
-    std::vector<std::uint8_t> m_pixels;
     std::size_t m_stride = 0;
     int m_columns = 0;
     int m_rows = 0;
+    // Room for the largest: asking for memory for each letter would cost more than clearing what is used.
+    std::array<std::uint8_t, (kMaximalSide + 2 * kBlock) * (kMaximalSide + 2) + kBlock> m_pixels;
 };
 
 } // namespace krv

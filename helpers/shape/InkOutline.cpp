@@ -28,21 +28,32 @@ public:
     // `wave` is that of the row, `across` holds one for each corner.
     void collect(const std::uint8_t* upper, const std::uint8_t* lower, int columns, const HalfWaves& across, float wave)
     {
-        std::size_t count = m_count;
-        for (int x = 0; x <= columns; x += static_cast<int>(PixelBlock::kCount)) {
-            // A corner's four pixels: those of `upper` and `lower` at x - 1 and at x.
-            std::uint64_t passed = PixelBlock(lower + x).differing(PixelBlock(upper + x - 1)) |
-                                   PixelBlock(upper + x).differing(PixelBlock(lower + x - 1));
-            for (; passed != 0; passed &= passed - 1) {
-                const int place = x + __builtin_ctzll(passed);
-                std::memcpy(&m_upper[count], upper + place - 1, 2);
-                std::memcpy(&m_lower[count], lower + place - 1, 2);
-                m_across[count] = across[static_cast<std::size_t>(place)];
-                m_down[count] = wave;
-                ++count;
+        constexpr int word = 64;
+        constexpr auto block = static_cast<int>(PixelBlock::kCount);
+        for (int first = 0; first <= columns; first += word) {
+            std::uint64_t passed = 0;
+            for (int x = first; x < first + word && x <= columns; x += block) {
+                // A corner's four pixels: those of `upper` and `lower` at x - 1 and at x.
+                const std::uint64_t here = PixelBlock(lower + x).differing(PixelBlock(upper + x - 1)) |
+                                           PixelBlock(upper + x).differing(PixelBlock(lower + x - 1));
+                passed |= here << (x - first);
             }
+            // Always some at once, of which the last may be void: the processor then seldom guesses wrong how many
+            // there are, which would cost more.
+            const std::uint64_t atEnd = std::uint64_t{1} << std::min(columns - first, word - 1);
+            const std::size_t behind = m_count + static_cast<std::size_t>(__builtin_popcountll(passed));
+            for (std::size_t i = m_count; i < behind; i += kTogether) {
+                for (std::size_t j = i; j < i + kTogether; ++j) {
+                    const int place = first + __builtin_ctzll(passed | atEnd);
+                    passed &= passed - 1;
+                    std::memcpy(&m_upper[j], upper + place - 1, 2);
+                    std::memcpy(&m_lower[j], lower + place - 1, 2);
+                    m_across[j] = across[static_cast<std::size_t>(place)];
+                    m_down[j] = wave;
+                }
+            }
+            m_count = behind;
         }
-        m_count = count;
     }
 
     // Adds the corners' shares to the sums and forgets them.
@@ -50,14 +61,18 @@ public:
 
 private:
     static constexpr std::size_t kMost = 1024;
+    static constexpr std::size_t kTogether = 8;
+
+    template <typename Number>
+    using Each = std::array<Number, kMost + kTogether>;
 
     std::size_t m_count = 0;
-    std::array<std::uint16_t, kMost> m_upper; // two pixels each, the left one in the low byte
-    std::array<std::uint16_t, kMost> m_lower;
-    std::array<float, kMost> m_x; // of the gradient, in half steps of grey
-    std::array<float, kMost> m_y;
-    std::array<float, kMost> m_across;
-    std::array<float, kMost> m_down;
+    Each<std::uint16_t> m_upper; // two pixels each, the left one in the low byte
+    Each<std::uint16_t> m_lower;
+    Each<float> m_x; // of the gradient, in half steps of grey
+    Each<float> m_y;
+    Each<float> m_across;
+    Each<float> m_down;
 };
 
 KRV_VECTOR_CLONES
@@ -141,6 +156,7 @@ void PassedCorners::addUp(GlyphMeasures& sums, float& slantWeight)
 
 } // namespace
 
+KRV_VECTOR_CLONES
 void measureOutline(const GlyphInk& ink, GlyphMeasures& measures)
 {
     const InkGrid& grid = ink.grid();

@@ -4,11 +4,11 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 
 #include "helpers/shape/GlyphInk.h"
 #include "helpers/shape/GlyphMeasures.h"
 #include "helpers/shape/InkBits.h"
+#include "helpers/shape/PixelBlock.h"
 #include "helpers/shape/WhiteRegions.h"
 
 namespace krv {
@@ -67,19 +67,17 @@ private:
     int m_count = 0;
 };
 
-// Sum of a stretch of pixels, eight at a time; the row's margin may be read.
+// Sum of a stretch of pixels; the row's margin may be read.
 int sumOf(const std::uint8_t* pixels, int count)
 {
-    constexpr std::uint64_t even = 0x00FF00FF00FF00FF;
-    std::uint64_t sums = 0; // four of 16 bits: enough for a row of the longest
-    for (; count > 0; count -= 8, pixels += 8) {
-        std::uint64_t eight = 0;
-        std::memcpy(&eight, pixels, sizeof eight);
-        eight <<= count < 8 ? 64 - 8 * count : 0; // leaves the first `count`
-        sums += (eight & even) + ((eight >> 8) & even);
+    constexpr auto step = static_cast<int>(PixelBlock::kCount);
+    int sum = PixelBlock(pixels).sumOfFirst(count); // few strokes are wider
+    while (count > step) {
+        count -= step;
+        pixels += step;
+        sum += PixelBlock(pixels).sumOfFirst(count);
     }
-    sums = (sums & 0x0000FFFF0000FFFF) + ((sums >> 16) & 0x0000FFFF0000FFFF);
-    return static_cast<int>((sums >> 32) + (sums & 0xFFFFFFFF));
+    return sum;
 }
 
 template <typename Visit>
@@ -129,7 +127,6 @@ void measureRows(const GlyphInk& ink, GlyphMeasures& measures)
     const int rows = grid.rows();
     RunCounter across(columns);
     WhiteRegions white(columns);
-    white.addRow({});
     std::array<int, 3> rowsOfThird{};
     std::array<int, GlyphMeasures::kBands> rowsOfBand{};
     const int edge = std::max(1, static_cast<int>(std::lround(rows * 0.05F)));
@@ -174,7 +171,6 @@ void measureRows(const GlyphInk& ink, GlyphMeasures& measures)
             ++rowsOfBand[band];
         }
     }
-    white.addRow({});
     divide(measures.rowCrossings, rowsOfThird);
     divide(measures.leftProfile, rowsOfBand);
     divide(measures.rightProfile, rowsOfBand);
@@ -192,11 +188,10 @@ void measureRows(const GlyphInk& ink, GlyphMeasures& measures)
     }
 }
 
-void measureColumns(const GlyphInk& ink, GlyphMeasures& measures)
+void measureColumns(const InkGrid& turned, GlyphMeasures& measures)
 {
-    const InkGrid grid = ink.grid().transposed();
-    const int columns = grid.rows();
-    const int rows = grid.columns();
+    const int columns = turned.rows();
+    const int rows = turned.columns();
     RunCounter down(rows);
     int crossings = 0;
     std::array<int, GlyphMeasures::kBands> columnsOfBand{};
@@ -204,10 +199,10 @@ void measureColumns(const GlyphInk& ink, GlyphMeasures& measures)
     InkBits dark;
     std::size_t band = 0;
     for (int x = 0; x < columns; ++x) {
-        InkBits::set(grid.row(x), rows, kSomeInk, some, kDark, dark);
+        InkBits::set(turned.row(x), rows, kSomeInk, some, kDark, dark);
         int first = rows;
         int last = 0;
-        const int runs = visitRuns(grid.row(x), rows, some, dark, [&](int length, int begin, int end) {
+        const int runs = visitRuns(turned.row(x), rows, some, dark, [&](int length, int begin, int end) {
             down.add(length);
             first = std::min(first, begin);
             last = end;
@@ -230,10 +225,10 @@ void measureColumns(const GlyphInk& ink, GlyphMeasures& measures)
 
 } // namespace
 
-void measureRuns(const GlyphInk& ink, GlyphMeasures& measures)
+void measureRuns(const GlyphInk& ink, const InkGrid& turned, GlyphMeasures& measures)
 {
     measureRows(ink, measures);
-    measureColumns(ink, measures);
+    measureColumns(turned, measures);
 }
 
 } // namespace krv

@@ -31,6 +31,14 @@ public:
     {
         return static_cast<std::uint64_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(m_pixels, other.m_pixels))) ^ 0xFFFF;
     }
+    int sumOfFirst(int count) const // of all when there are more
+    {
+        alignas(16) static constexpr std::uint8_t places[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15};
+        const __m128i behind = _mm_set1_epi8(static_cast<char>(count < 16 ? count : 16));
+        const __m128i wanted = _mm_cmplt_epi8(_mm_load_si128(reinterpret_cast<const __m128i*>(places)), behind);
+        const __m128i sums = _mm_sad_epu8(_mm_and_si128(m_pixels, wanted), _mm_setzero_si128());
+        return _mm_cvtsi128_si32(sums) + _mm_extract_epi16(sums, 4);
+    }
 
 private:
     __m128i m_pixels;
@@ -47,6 +55,13 @@ public:
 
     std::uint64_t atLeast(int darkness) const { return carrying(m_pixels, 0x80 - darkness); }
     std::uint64_t differing(const PixelBlock& other) const { return carrying(m_pixels ^ other.m_pixels, 0x7F); }
+    int sumOfFirst(int count) const
+    {
+        constexpr std::uint64_t even = 0x00FF00FF00FF00FF;
+        const std::uint64_t wanted = m_pixels << (count < 8 ? 64 - 8 * count : 0); // little-endian
+        const std::uint64_t sums = (wanted & even) + ((wanted >> 8) & even);
+        return static_cast<int>((sums * 0x0001000100010001) >> 48);
+    }
 
 private:
     // The bytes whose low bits carry into the high one with so much added, or in which it is set already. The product

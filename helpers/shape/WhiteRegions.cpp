@@ -4,41 +4,50 @@
 
 namespace krv {
 
-namespace {
-
-constexpr std::size_t kFewRegions = 256;
-
-} // namespace
-
 WhiteRegions::WhiteRegions(int columns)
     : m_columns(columns)
 {
-    m_parents.reserve(kFewRegions);
-    m_sizes.reserve(kFewRegions);
+    m_parents[kOutside] = kOutside;
+    m_sizes[kOutside] = 0;
+    clear(*m_current);
+}
+
+void WhiteRegions::clear(Row& row) const
+{
+    row.count = 0;
+    row.firstInk = m_columns;
+    row.behindInk = 0;
 }
 
 void WhiteRegions::addRow(const InkBits& dark)
 {
     // Straight strokes give the same row over and over.
-    if (m_current->count > 0 && dark == m_last) {
+    if (dark == m_last) {
         for (std::size_t i = 0; i < m_current->count; ++i) {
             const Stretch& stretch = m_current->stretches[i];
-            m_sizes[static_cast<std::size_t>(root(stretch.region))] += stretch.end - stretch.begin;
+            Region& size = m_sizes[root(stretch.region)];
+            size = static_cast<Region>(size + stretch.end - stretch.begin);
         }
         return;
     }
     m_last = dark;
     std::swap(m_above, m_current);
-    m_current->count = 0;
+    clear(*m_current);
     m_next = 0;
-    int begin = -1;
-    for (int x = dark.nextSet(0); x < m_columns; x = dark.nextSet(begin)) {
-        if (x > begin) {
+    int x = dark.nextSet(0);
+    if (x < m_columns) {
+        m_current->firstInk = x;
+        for (;;) {
+            const int begin = dark.nextClear(x);
+            x = dark.nextSet(begin);
+            if (x >= m_columns) {
+                m_current->behindInk = begin;
+                break;
+            }
             add(begin, x);
         }
-        begin = dark.nextClear(x);
     }
-    add(begin, m_columns + 1);
+    openAboveWhere(*m_current);
 }
 
 void WhiteRegions::add(int begin, int end)
@@ -47,43 +56,63 @@ void WhiteRegions::add(int begin, int end)
     while (m_next < above.count && above.stretches[m_next].end <= begin) {
         ++m_next;
     }
-    int region = -1;
-    for (std::size_t i = m_next; i < above.count && above.stretches[i].begin < end; ++i) {
-        const int other = root(above.stretches[i].region);
-        if (region >= 0 && other != region) {
-            m_parents[static_cast<std::size_t>(other)] = region;
-            m_sizes[static_cast<std::size_t>(region)] += m_sizes[static_cast<std::size_t>(other)];
+    Stretch stretch{begin, end, kOutside};
+    std::size_t touched = m_next;
+    if (!above.isOpenAt(stretch)) {
+        if (touched < above.count && above.stretches[touched].begin < end) {
+            stretch.region = root(above.stretches[touched++].region);
         } else {
-            region = other;
+            stretch.region = static_cast<Region>(m_regions++);
+            m_parents[stretch.region] = stretch.region;
+            m_sizes[stretch.region] = 0;
         }
     }
-    if (region < 0) {
-        region = static_cast<int>(m_parents.size());
-        m_parents.push_back(region);
-        m_sizes.push_back(0);
+    for (; touched < above.count && above.stretches[touched].begin < end; ++touched) {
+        stretch.region = joined(stretch.region, root(above.stretches[touched].region));
     }
-    m_sizes[static_cast<std::size_t>(region)] += end - begin;
-    m_current->add({begin, end, region});
+    m_sizes[stretch.region] = static_cast<Region>(m_sizes[stretch.region] + end - begin);
+    m_current->stretches[m_current->count++] = stretch;
+}
+
+// What the row above has between its ink is not enclosed where this one has none around it.
+void WhiteRegions::openAboveWhere(const Row& row)
+{
+    for (std::size_t i = 0; i < m_above->count; ++i) {
+        if (row.isOpenAt(m_above->stretches[i])) {
+            joined(kOutside, root(m_above->stretches[i].region));
+        }
+    }
+}
+
+WhiteRegions::Region WhiteRegions::joined(Region one, Region other)
+{
+    if (one == other) {
+        return one;
+    }
+    const Region kept = other == kOutside ? other : one;
+    const Region given = other == kOutside ? one : other;
+    m_parents[given] = kept;
+    m_sizes[kept] = static_cast<Region>(m_sizes[kept] + m_sizes[given]);
+    return kept;
 }
 
 std::vector<int> WhiteRegions::enclosed()
 {
+    addRow({}); // the lower margin
     std::vector<int> sizes;
-    const int outside = m_parents.empty() ? -1 : root(0); // the first stretch is the upper margin
-    for (int region = 0; region < static_cast<int>(m_parents.size()); ++region) {
-        if (m_parents[static_cast<std::size_t>(region)] == region && region != outside) {
-            sizes.push_back(m_sizes[static_cast<std::size_t>(region)]);
+    for (std::size_t region = kOutside + 1; region < m_regions; ++region) {
+        if (m_parents[region] == region) {
+            sizes.push_back(m_sizes[region]);
         }
     }
     return sizes;
 }
 
-int WhiteRegions::root(int region)
+WhiteRegions::Region WhiteRegions::root(Region region)
 {
-    while (m_parents[static_cast<std::size_t>(region)] != region) {
-        int& parent = m_parents[static_cast<std::size_t>(region)];
-        parent = m_parents[static_cast<std::size_t>(parent)];
-        region = parent;
+    while (m_parents[region] != region) {
+        m_parents[region] = m_parents[m_parents[region]];
+        region = m_parents[region];
     }
     return region;
 }

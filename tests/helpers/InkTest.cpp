@@ -9,6 +9,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <numeric>
 
 using namespace krv;
 
@@ -88,7 +89,6 @@ void InkTest::agreesWithSinglePixels()
     QCOMPARE(turned.columns(), rows);
     QCOMPARE(turned.rows(), columns);
     WhiteRegions white(columns);
-    white.addRow({});
     for (int y = 0; y < rows; ++y) {
         InkBits some;
         InkBits dark;
@@ -100,11 +100,13 @@ void InkTest::agreesWithSinglePixels()
             QCOMPARE(dark.nextClear(x) == x, grid.row(y)[x] < 86);
             const auto differing = PixelBlock(grid.row(y) + x).differing(PixelBlock(grid.row(y) + x - 1));
             QCOMPARE((differing & 1) != 0, grid.row(y)[x] != grid.row(y)[x - 1]);
+            const int count = std::min(columns - x, int(PixelBlock::kCount));
+            QCOMPARE(PixelBlock(grid.row(y) + x).sumOfFirst(1 + y % count),
+                     std::accumulate(grid.row(y) + x, grid.row(y) + x + 1 + y % count, 0));
         }
         QVERIFY(some.nextSet(columns) >= columns);
         QCOMPARE(some.nextClear(columns), columns);
     }
-    white.addRow({});
     std::vector<int> enclosed = white.enclosed();
     std::sort(enclosed.begin(), enclosed.end());
     QCOMPARE(enclosed, floodedHoles(grid, 86));
