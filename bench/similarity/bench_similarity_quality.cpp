@@ -146,6 +146,17 @@ void judge(Scores& scores, const QString& what, const Face& asked, const QVector
     scores[what][asked.label.heldOut].count(before < among);
 }
 
+// The plain cut of a family; of the editions of one maker the first, or twenty of them would ask the same.
+bool asksForAlike(const std::vector<Face>& faces, int asked)
+{
+    const Face& face = faces[std::size_t(asked)];
+    const auto sameDesign = [&face](const Face& other) {
+        return other.style == NamedStyle() && other.label.heldOut == face.label.heldOut &&
+               other.label.kin.intersects(face.label.kin);
+    };
+    return face.style == NamedStyle() && std::none_of(faces.begin(), faces.begin() + asked, sameDesign);
+}
+
 void judgeFace(const std::vector<Face>& faces, int asked, Distance distance, Scores& scores)
 {
     const Face& face = faces[asked];
@@ -185,9 +196,9 @@ void judgeFace(const std::vector<Face>& faces, int asked, Distance distance, Sco
             },
             [&](int i, const Face&) { return !cut[i] && !own[i] && !redrawn[i] && !kin[i]; });
     }
-    if (face.style == NamedStyle()) {
+    if (asksForAlike(faces, asked)) {
         const auto like = [&](int i, const Face& other) {
-            return alike[i] && !cut[i] && !redrawn[i] && !own[i] && other.style == face.style;
+            return alike[i] && !cut[i] && !redrawn[i] && !kin[i] && !own[i] && other.style == face.style;
         };
         const auto unlike = [&](int i, const Face& other) {
             return !alike[i] && !cut[i] && !redrawn[i] && !kin[i] && !own[i] && other.style == face.style;
