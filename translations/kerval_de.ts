@@ -1038,6 +1038,11 @@ Tipp: Umschalt+Klick setzt einen Buchstaben wie i oder j zusammen</translation>
         <translation>%1 von %2 Schriften</translation>
     </message>
     <message>
+        <source>%1, %2 selected</source>
+        <comment>How many fonts there are, and how many of them are selected</comment>
+        <translation>%1, %2 ausgewählt</translation>
+    </message>
+    <message>
         <source>1 font</source>
         <translation>1 Schrift</translation>
     </message>

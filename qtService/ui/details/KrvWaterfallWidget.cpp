@@ -225,7 +225,7 @@ void KrvWaterfallWidget::fillRows()
             image.setDevicePixelRatio(ratio);
         }
         item->setData(Qt::DecorationRole, image);
-        item->setData(Qt::AccessibleTextRole, tr("%1 in %2 points").arg(m_masterText).arg(sizes[row]));
+        item->setData(Qt::AccessibleTextRole, tr("%1 in %2 points").arg(m_masterText, QString::number(sizes[row])));
         // The smallest rows have to hold their labels.
         m_rows->setRowHeight(row, qMax(qRound(image.height() / ratio), m_rows->fontMetrics().height()));
     }

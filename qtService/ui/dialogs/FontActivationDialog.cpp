@@ -11,6 +11,7 @@
 #include <QTableWidget>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace {
 
@@ -196,12 +197,15 @@ void FontActivationDialog::checkResults()
     makeRoomForReport();
 }
 
-// Grows around its middle, within the screen.
+// Grows around its middle, within the screen. While the window manager still puts a new window in its frame, the window
+// is said to be in the corner of the screen; it comes up over its parent then.
 void FontActivationDialog::makeRoomForReport()
 {
     const QRect room = screen()->availableGeometry();
     const QSize frame = frameGeometry().size() - size();
-    const QPoint middle = frameGeometry().center();
+    const bool isPlaced = windowHandle() && windowHandle()->isExposed();
+    const QWidget* around = isPlaced || !parentWidget() ? this : parentWidget()->window();
+    const QPoint middle = around->frameGeometry().center();
     resize(size().expandedTo(reportSize).boundedTo(room.size() - frame));
     QRect place(QPoint(), size() + frame);
     place.moveCenter(middle);

@@ -91,12 +91,18 @@ void FontListHeaderWidget::setTitle(const QString& title)
     m_title->setText(title);
 }
 
-void FontListHeaderWidget::setCount(int shown, int all)
+void FontListHeaderWidget::setCount(int shown, int all, int selected)
 {
+    QString count;
     if (shown != all)
-        m_count->setText(tr("%1 of %2 fonts").arg(shown).arg(all));
+        count = tr("%1 of %2 fonts").arg(shown).arg(all);
     else
-        m_count->setText(all == 1 ? tr("1 font") : tr("%n fonts", "Not for one font", all));
+        count = all == 1 ? tr("1 font") : tr("%n fonts", "Not for one font", all);
+    // Of one the eye needs no telling.
+    m_count->setText(selected > 1 ? tr("%1, %2 selected", "How many fonts there are, and how many of them are selected")
+                                        .arg(count)
+                                        .arg(selected)
+                                  : count);
 }
 
 void FontListHeaderWidget::changeEvent(QEvent* event)
@@ -108,6 +114,15 @@ void FontListHeaderWidget::changeEvent(QEvent* event)
 
 void FontListHeaderWidget::setNavigation(bool hasBack, bool hasForward)
 {
+    // A button that can no longer be pressed hands the keyboard to its neighbour. It would go on to the list, which
+    // takes its first font for the current one then.
+    if (!hasBack && hasForward && m_back->hasFocus()) {
+        m_forward->setEnabled(true);
+        m_forward->setFocus();
+    } else if (!hasForward && hasBack && m_forward->hasFocus()) {
+        m_back->setEnabled(true);
+        m_back->setFocus();
+    }
     m_back->setEnabled(hasBack);
     m_forward->setEnabled(hasForward);
 }

@@ -16,7 +16,7 @@ public:
 
     void setTitle(const QString& title);
     // How many fonts the list shows of how many.
-    void setCount(int shown, int all);
+    void setCount(int shown, int all, int selected);
     void setNavigation(bool hasBack, bool hasForward);
 
 signals:

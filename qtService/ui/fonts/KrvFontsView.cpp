@@ -11,9 +11,11 @@
 #include <QAction>
 #include <QHeaderView>
 #include <QMenu>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 
 #include <algorithm>
+#include <numeric>
 #include <vector>
 
 namespace {
@@ -23,6 +25,8 @@ constexpr int defaultPreviewSize = 24;
 constexpr int largestPreviewSize = 400;
 // A search that ends sooner would only flash the indicator.
 constexpr int waitIndicatorDelayMs = 150;
+// However little the other columns leave.
+constexpr int leastPreviewWidth = 240;
 
 struct DefaultColumn
 {
@@ -31,8 +35,9 @@ struct DefaultColumn
 };
 
 constexpr DefaultColumn defaultColumns[] = {
-    {fonts::ActivityImageColumn, 34}, {fonts::PreviewColumn, 370}, {fonts::FamilyNameColumn, 190},
-    {fonts::StyleNameColumn, 120},    {fonts::FormatColumn, 90},   {fonts::FoundryColumn, 150},
+    {fonts::ActivityImageColumn, 34}, {fonts::PreviewColumn, leastPreviewWidth},
+    {fonts::FamilyNameColumn, 190},   {fonts::StyleNameColumn, 120},
+    {fonts::FormatColumn, 90},        {fonts::FoundryColumn, 150},
 };
 
 using Settings = KrvUiSettings;
@@ -58,6 +63,7 @@ KrvFontsView::KrvFontsView(QWidget* parent)
     setItemDelegateForColumn(fonts::ActivityImageColumn, new FontActivityDelegate(this));
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollMode(ScrollPerPixel);
+    header()->setStretchLastSection(false); // the preview takes what is left
     m_waitIndicator->hide();
     m_waitTimer.setSingleShot(true);
     m_waitTimer.setInterval(waitIndicatorDelayMs);
@@ -100,6 +106,7 @@ void KrvFontsView::setModel(KrvFontsViewModel* model)
     restoreColumns();
     connect(header(), &QHeaderView::sortIndicatorChanged, this, &KrvFontsView::onSortIndicatorChanged);
     connect(header(), &QHeaderView::sectionResized, this, &KrvFontsView::onSectionResized);
+    connect(header(), &QHeaderView::sectionResized, this, &KrvFontsView::followPreviewWidth);
     connect(header(), &QHeaderView::sectionMoved, this, &KrvFontsView::onSectionMoved);
     connect(header(), &QHeaderView::sectionCountChanged, this, &KrvFontsView::updateColumnVisibilityActionsState);
 }
@@ -127,6 +134,7 @@ void KrvFontsView::applyDefaultColumns()
         header()->resizeSection(shown.column, shown.width);
         header()->moveSection(header()->visualIndex(shown.column), position++);
     }
+    m_previewFills = true;
     header()->setSortIndicator(fonts::FamilyNameColumn, Qt::AscendingOrder);
 }
 
@@ -148,6 +156,7 @@ void KrvFontsView::restoreColumns()
         if (widths.at(column) > 0)
             header()->resizeSection(column, widths.at(column));
     }
+    m_previewFills = widths.value(fonts::PreviewColumn) <= 0;
     if (settings->contains(Settings::SidVisibleColumns)) {
         const QList<int> visible = storedList(Settings::SidVisibleColumns);
         // A list without columns has no header to bring one back.
@@ -171,8 +180,9 @@ void KrvFontsView::saveColumns() const
     QList<int> widths;
     QList<int> orders;
     for (int column = 0; column < fonts::ColumnCount; ++column) {
-        // A hidden section reports no width; 0 keeps the default.
-        widths.append(header()->isSectionHidden(column) ? 0 : header()->sectionSize(column));
+        // A hidden section reports no width; 0 keeps the default, and lets the preview fill the list.
+        const bool isChosen = !header()->isSectionHidden(column) && (column != fonts::PreviewColumn || !m_previewFills);
+        widths.append(isChosen ? header()->sectionSize(column) : 0);
         orders.append(header()->visualIndex(column));
     }
     Settings* settings = Settings::instance();
@@ -187,7 +197,27 @@ void KrvFontsView::setColumnVisible(int column, bool visible)
     setColumnHidden(column, !visible);
     if (visible && header()->sectionSize(column) < header()->minimumSectionSize())
         header()->resizeSection(column, header()->defaultSectionSize());
+    fillWidth();
     updateColumnVisibilityActionsState();
+}
+
+// Samples want all the width there is: the preview takes what the other columns leave, until the user gives it a width.
+void KrvFontsView::fillWidth()
+{
+    if (!m_model || !m_previewFills || isColumnHidden(fonts::PreviewColumn))
+        return;
+    const int others = header()->length() - header()->sectionSize(fonts::PreviewColumn);
+    const QScopedValueRollback<bool> filling(m_isFillingWidth, true);
+    header()->resizeSection(fonts::PreviewColumn, qMax(leastPreviewWidth, viewport()->width() - others));
+}
+
+// A width that ends the columns where the list ends goes on doing so.
+void KrvFontsView::followPreviewWidth(int column, int oldWidth, int newWidth)
+{
+    constexpr int near = 4;
+    // Hidden and shown again a column has a width of nothing in between.
+    if (column == fonts::PreviewColumn && !m_isFillingWidth && oldWidth > 0 && newWidth > 0)
+        m_previewFills = qAbs(header()->length() - viewport()->width()) <= near;
 }
 
 void KrvFontsView::setColumnVisible(int column)
@@ -359,6 +389,7 @@ void KrvFontsView::resetState(ResetStateMode mode)
 {
     if (mode == ResetColumns) {
         applyDefaultColumns();
+        fillWidth();
         updateColumnVisibilityActionsState();
         return;
     }
@@ -391,6 +422,14 @@ QList<int> KrvFontsView::selectedRows() const
     std::sort(rows.begin(), rows.end());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     return rows;
+}
+
+int KrvFontsView::selectedCount() const
+{
+    // Rows are selected whole, and the ranges of a selection share none.
+    const QItemSelection selection = selectionModel()->selection();
+    return std::accumulate(selection.cbegin(), selection.cend(), 0,
+                           [](int sum, const QItemSelectionRange& range) { return sum + range.height(); });
 }
 
 QList<int> KrvFontsView::selectedFontIds() const
@@ -447,6 +486,7 @@ void KrvFontsView::selectRow(const QModelIndex& index)
 void KrvFontsView::resizeEvent(QResizeEvent* event)
 {
     QTreeView::resizeEvent(event);
+    fillWidth();
     m_rowsInViewTimer.start();
 }
 

@@ -33,6 +33,7 @@ public:
     int previewSize() const { return m_previewSize; }
 
     QList<int> selectedFontIds() const;
+    int selectedCount() const;
     // Rows only: the columns stay where the user has them.
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
     // 0: none
@@ -77,6 +78,8 @@ private:
     void restoreColumns();
     void applyDefaultColumns();
     void saveColumns() const;
+    void fillWidth();
+    void followPreviewWidth(int column, int oldWidth, int newWidth);
     void rememberPlace(const QSet<int>& fontIds, bool sameGroup);
     void returnToPlace();
     void reportRowsInView();
@@ -102,6 +105,8 @@ private:
     QMenu* m_columnsMenu;
     QString m_previewText;
     int m_previewSize;
+    bool m_previewFills = true;
+    bool m_isFillingWidth = false;
     Place m_place;
     QTimer m_waitTimer;
     QTimer m_rowsInViewTimer;

@@ -1,12 +1,14 @@
 #include "qtService/ui/fonts/KrvPreviewDelegate.h"
 
 #include <QImage>
+#include <QLinearGradient>
 #include <QPainter>
 #include <QVector>
 
 namespace {
 
 constexpr int margin = 5; // at both sides
+constexpr int fadeWidth = 28;
 
 bool isGrey(const QImage& image)
 {
@@ -39,6 +41,22 @@ QImage tinted(QImage image, const QColor& color)
     return image;
 }
 
+// A sample longer than its column fades where it ends rather than break off within a letter.
+QImage faded(const QImage& image, int width)
+{
+    const double ratio = image.devicePixelRatio();
+    QImage shown =
+        image.copy(0, 0, int(width * ratio), image.height()).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    shown.setDevicePixelRatio(ratio);
+    QLinearGradient fade(width - qMin(fadeWidth, width), 0, width, 0);
+    fade.setColorAt(0, Qt::black);
+    fade.setColorAt(1, Qt::transparent);
+    QPainter painter(&shown);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.fillRect(QRectF(QPointF(), QSizeF(shown.size()) / ratio), fade);
+    return shown;
+}
+
 } // namespace
 
 KrvPreviewDelegate::KrvPreviewDelegate(QObject* parent)
@@ -60,18 +78,21 @@ void KrvPreviewDelegate::paint(QPainter* painter, const QStyleOptionViewItem& op
 {
     QStyledItemDelegate::paint(painter, option, index);
     const QImage image = index.data(Qt::DisplayRole).value<QImage>();
-    if (image.isNull())
+    const int room = option.rect.width() - 2 * margin;
+    if (image.isNull() || room <= 0)
         return;
     const bool selected = option.state & QStyle::State_Selected;
     const QPalette::ColorGroup group = option.state & QStyle::State_Active ? QPalette::Active : QPalette::Inactive;
     const QColor color = option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
     const QSizeF size = QSizeF(image.size()) / image.devicePixelRatio();
+    QImage sample = tinted(image, color);
+    if (size.width() > room)
+        sample = faded(sample, room);
     painter->save();
-    // A long sample ends before the next column begins.
     painter->setClipRect(option.rect.adjusted(0, 0, -margin, 0));
     painter->drawImage(
         QPointF(option.rect.left() + margin, option.rect.top() + qRound((option.rect.height() - size.height()) / 2)),
-        tinted(image, color));
+        sample);
     painter->restore();
 }
 

@@ -506,12 +506,14 @@ void KrvFontManagerWindow::updateCount()
 {
     const FontGroupPtr group = m_model->fontGroup();
     // A result of a search grows while it is made.
-    m_header->setCount(m_model->rowCount(), group ? qMax(group->fontCount(), m_model->rowCount()) : 0);
+    m_header->setCount(m_model->rowCount(), group ? qMax(group->fontCount(), m_model->rowCount()) : 0,
+                       m_view->selectedCount());
 }
 
 void KrvFontManagerWindow::onFontsViewSelectionChanged()
 {
     updateActionsState();
+    updateCount();
     m_details->setFont(currentFont());
 }
 

@@ -8,6 +8,7 @@
 #include "qtService/ui/window/WindowActions.h"
 
 #include <QAction>
+#include <QItemSelectionModel>
 #include <QMenu>
 
 #include <memory>
@@ -76,16 +77,21 @@ void KrvFontManagerWindow::updateActionsState()
     const bool userGroup = started && m_sideBar->selectedUserGroupId() > 0;
     const bool hasFonts = started && m_service->repository()->hasFonts();
 
-    const QList<QAction*> fontActions = m_actions->fontActions();
-    for (QAction* action : fontActions)
+    // A click with Ctrl leaves a current font that is not selected: what acts on the selection would do nothing then.
+    const bool selected = font && m_view->selectionModel()->hasSelection();
+    const QList<QAction*> currentFontActions = m_actions->currentFontActions();
+    for (QAction* action : currentFontActions)
         action->setEnabled(!font.isNull());
+    const QList<QAction*> selectionActions = m_actions->selectionActions();
+    for (QAction* action : selectionActions)
+        action->setEnabled(selected);
     const QList<QAction*> groupActions = m_actions->userGroupActions();
     for (QAction* action : groupActions)
         action->setEnabled(userGroup);
     const QList<QAction*> libraryActions = m_actions->libraryActions();
     for (QAction* action : libraryActions)
         action->setEnabled(hasFonts);
-    m_actions->removeFromGroup->setEnabled(userGroup && font);
+    m_actions->removeFromGroup->setEnabled(userGroup && selected);
     m_actions->resetFilters->setEnabled(!m_filters.isCleared());
     m_filterButtons->setResetButtonVisible(!m_filters.isCleared());
     for (QAction* action :

@@ -201,16 +201,21 @@ QMenu* WindowActions::createGroupContextMenu(int groupId, QWidget* parent)
     return menu;
 }
 
-QList<QAction*> WindowActions::fontActions() const
+QList<QAction*> WindowActions::currentFontActions() const
 {
-    QList<QAction*> actions{
-        copyText,          removeFromLibrary, hide,        markAsWebFont, newGroupWithFonts, addToGroups,
-        listing,           sampleSheet,       exportFonts, harmonyBody,   harmonyHeadline,   harmonyContrast,
-        harmonySameFamily, showInFileManager};
-    actions += similarity.both() + activatePermanently.both() + activateTemporarily.both() + deactivate.both();
+    QList<QAction*> actions{copyText,        showInFileManager, harmonyBody,
+                            harmonyHeadline, harmonyContrast,   harmonySameFamily};
+    actions += similarity.both();
     for (const QMenu* menu : harmonyMenus())
         actions.append(menu->menuAction());
     return actions;
+}
+
+QList<QAction*> WindowActions::selectionActions() const
+{
+    const QList<QAction*> actions{removeFromLibrary, hide,    markAsWebFont, newGroupWithFonts,
+                                  addToGroups,       listing, sampleSheet,   exportFonts};
+    return actions + activatePermanently.both() + activateTemporarily.both() + deactivate.both();
 }
 
 QList<QAction*> WindowActions::userGroupActions() const

@@ -81,8 +81,10 @@ public:
     QList<QMenu*> harmonyMenus() const { return {m_harmonyBarMenu, m_harmonyMenu}; }
     QList<QMenu*> smartChoiceMenus() const { return {m_smartChoiceBarMenu, m_smartChoiceMenu}; }
 
-    // Enabled only with a current font.
-    QList<QAction*> fontActions() const;
+    // What is done with the current font: enabled only when there is one.
+    QList<QAction*> currentFontActions() const;
+    // What is done with the selected fonts: enabled only when some are, the current one among them or not.
+    QList<QAction*> selectionActions() const;
     // Enabled only while a group of the user's is selected.
     QList<QAction*> userGroupActions() const;
     // Enabled while the catalogue holds fonts.

@@ -200,6 +200,45 @@ private slots:
         QCOMPARE(model.previewSize(), 50);
     }
 
+    void thePreviewTakesWhatTheOtherColumnsLeave()
+    {
+        const auto ends = [](const KrvFontsView& view) { return view.header()->length() - view.viewport()->width(); };
+        {
+            KrvFontsViewModel model;
+            KrvFontsView view;
+            view.setModel(&model);
+            view.resize(1000, 300);
+            view.show();
+            QTRY_COMPARE(ends(view), 0);
+            view.resize(1400, 300);
+            QTRY_COMPARE(ends(view), 0);
+            view.setColumnVisible(fonts::VersionColumn, true);
+            QCOMPARE(ends(view), 0);
+            // Where there is no room the samples stay legible and the list scrolls.
+            view.resize(400, 300);
+            QTRY_COMPARE(view.header()->sectionSize(fonts::PreviewColumn), 240);
+        }
+        {
+            KrvFontsViewModel model;
+            KrvFontsView view;
+            view.setModel(&model);
+            view.resize(1400, 300);
+            view.show();
+            QTRY_COMPARE(ends(view), 0);
+            // A width by hand stays.
+            view.header()->resizeSection(fonts::PreviewColumn, 333);
+            view.resize(1200, 300);
+        }
+        KrvFontsViewModel model;
+        KrvFontsView view;
+        view.setModel(&model);
+        view.resize(1300, 300);
+        view.show();
+        QCOMPARE(view.header()->sectionSize(fonts::PreviewColumn), 333);
+        view.resetState(KrvFontsView::ResetColumns);
+        QCOMPARE(ends(view), 0);
+    }
+
     void selectionOutlivesAReload()
     {
         KrvFontsViewModel model;

@@ -60,6 +60,11 @@ private slots:
                                  "actionActivatePermanently", "actionAddToGroups", "actionSampleSheet"})
             QVERIFY2(action(name)->isEnabled(), name);
         QVERIFY(!action("actionRemoveFromCurrentGroup")->isEnabled());
+        // Current but no longer selected: only what needs no selection is left.
+        m_view->selectionModel()->clearSelection();
+        for (const char* name : {"actionHide", "actionDeactivateToolBar", "actionRemoveFromLibrary", "actionListing"})
+            QVERIFY2(!action(name)->isEnabled(), name);
+        QVERIFY(action("actionSimilarity")->isEnabled());
         action("actionCopyText")->trigger();
         QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("Family 1"));
     }
@@ -152,12 +157,15 @@ private slots:
         action("actionSmartChoiceMix")->trigger();
         sideBar()->selectGroup(SystemFontGroupList::AllFonts);
         QVERIFY(m_view->header()->isSortIndicatorShown());
+        back->setFocus();
         for (const char* expected : {"Smart Choice Mix", "Similar fonts to Family 1 Book", "Inactive Fonts"}) {
             QVERIFY(back->isEnabled());
             QTest::mouseClick(back, Qt::LeftButton);
             QCOMPARE(title(), QLatin1String(expected));
         }
         QVERIFY(!back->isEnabled());
+        QVERIFY(forward->hasFocus());
+        QVERIFY(!m_view->currentIndex().isValid());
         QCOMPARE(sideBar()->selectedGroupId(), int(SystemFontGroupList::InactiveFonts));
         QTest::mouseClick(forward, Qt::LeftButton);
         QCOMPARE(title(), QStringLiteral("Similar fonts to Family 1 Book"));
@@ -283,6 +291,11 @@ private slots:
         QCOMPARE(count->text(), QStringLiteral("1 of 5 fonts"));
         QTest::mouseClick(reset, Qt::LeftButton);
         QTRY_COMPARE(model()->rowCount(), 5);
+        QCOMPARE(count->text(), QStringLiteral("5 fonts"));
+        m_view->setFocus();
+        QTest::keyClick(m_view, Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(count->text(), QStringLiteral("5 fonts, 5 selected"));
+        QTest::keyClick(m_view, Qt::Key_End);
         QCOMPARE(count->text(), QStringLiteral("5 fonts"));
         QVERIFY(search->text().isEmpty());
     }
