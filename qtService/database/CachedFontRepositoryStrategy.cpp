@@ -135,8 +135,13 @@ QList<StaticFontPtr> CachedFontRepositoryStrategy::fontsHashed(const QVariantLis
 
 bool CachedFontRepositoryStrategy::addFonts(const QList<StaticFontPtr>& fonts)
 {
+    return addFonts(fonts, {});
+}
+
+bool CachedFontRepositoryStrategy::addFonts(const QList<StaticFontPtr>& fonts, const Alongside& alongside)
+{
     QMutexLocker turn(&m_writers);
-    const bool complete = m_storage->addFonts(fonts);
+    const bool complete = m_storage->addFonts(fonts, alongside);
     QWriteLocker locker(&m_lock);
     insertRecords(fonts);
     if (m_facesKnown)

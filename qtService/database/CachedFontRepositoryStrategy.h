@@ -35,6 +35,7 @@ public:
     QList<int> fontIdList() override;
     QList<int> fontIdsForFile(const QString& fileName) override;
     QStringList foundries() override;
+    bool addFonts(const QList<StaticFontPtr>& fonts, const Alongside& alongside) override;
 
 private:
     void insertRecords(const QList<StaticFontPtr>& fonts);

@@ -6,6 +6,8 @@
 #include <QDebug>
 #include <QSqlError>
 
+#include <algorithm>
+
 namespace {
 
 // A delete with more placeholders than this is split; SQLite's own bound is a build option.
@@ -19,6 +21,22 @@ const char* gatewayName(FontDatabase::FontTableColumn)
 const char* gatewayName(FontDatabase::FeatureTableColumn)
 {
     return "DatabaseTableGateway<enum FontDatabase::FeatureTableColumn>::execute";
+}
+
+// An error of the file, not of the row. SQLite takes the whole transaction back upon most of them, and what followed
+// would be stored outside of any.
+bool endsTransaction(const QSqlError& error)
+{
+    const int primary = error.nativeErrorCode().toInt() & 0xff;
+    const auto ends = {5 /* busy */,
+                       7 /* memory */,
+                       8 /* read-only */,
+                       9 /* interrupted */,
+                       10 /* input or output */,
+                       11 /* corrupt */,
+                       13 /* full */,
+                       26 /* no database */};
+    return std::find(ends.begin(), ends.end(), primary) != ends.end();
 }
 
 QString placeholders(int count)
@@ -116,8 +134,11 @@ QList<QVariant> DatabaseTableGateway<Column>::insert(RecordReadStrategyInterface
         for (int row = 0; row < rowCount; ++row) {
             for (int i = 0; i < columns.size(); ++i)
                 query.bindValue(i, m_transformation->toDatabase(columns.at(i), rows.value(row, i)));
+            const bool stored = execute(query);
+            if (!stored && endsTransaction(query.lastError()))
+                return {};
             // A refused row must not report the id of the one before it.
-            ids.append(execute(query) ? query.lastInsertId() : QVariant());
+            ids.append(stored ? query.lastInsertId() : QVariant());
         }
     }
     if (!transaction.commit())

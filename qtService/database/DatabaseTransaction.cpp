@@ -2,19 +2,25 @@
 
 #include <QDebug>
 #include <QSqlError>
+#include <QSqlQuery>
 
 DatabaseTransaction::DatabaseTransaction(const QSqlDatabase& database)
     : m_database(database)
-    , m_active(m_database.transaction())
 {
+    QSqlQuery query(m_database);
+    m_active = query.exec(QStringLiteral("SAVEPOINT change"));
     if (!m_active)
-        qWarning().noquote() << "E_1_ Cannot begin a transaction:" << m_database.lastError().text();
+        qWarning().noquote() << "E_1_ Cannot begin a transaction:" << query.lastError().text();
 }
 
 DatabaseTransaction::~DatabaseTransaction()
 {
-    if (m_active)
-        m_database.rollback();
+    if (!m_active)
+        return;
+    // Both fail after an error upon which SQLite has taken everything back by itself.
+    QSqlQuery query(m_database);
+    query.exec(QStringLiteral("ROLLBACK TO change"));
+    query.exec(QStringLiteral("RELEASE change"));
 }
 
 bool DatabaseTransaction::isActive() const
@@ -26,8 +32,9 @@ bool DatabaseTransaction::commit()
 {
     if (!m_active)
         return false;
-    if (!m_database.commit()) {
-        qWarning().noquote() << "E_1_ Cannot commit a transaction:" << m_database.lastError().text();
+    QSqlQuery query(m_database);
+    if (!query.exec(QStringLiteral("RELEASE change"))) {
+        qWarning().noquote() << "E_1_ Cannot commit a transaction:" << query.lastError().text();
         return false;
     }
     m_active = false;

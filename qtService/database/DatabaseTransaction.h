@@ -2,8 +2,9 @@
 
 #include <QSqlDatabase>
 
-// A transaction that is rolled back when it goes out of scope without a commit. Its frame outlives no query of the
-// connection that still has rows to give.
+// A transaction that is rolled back when it goes out of scope without a commit. Inside another one of the connection it
+// is a part of that, which can be taken back by itself. Its frame outlives no query of the connection that still has
+// rows to give.
 class DatabaseTransaction
 {
 public:
@@ -17,5 +18,5 @@ public:
 
 private:
     QSqlDatabase m_database;
-    bool m_active;
+    bool m_active = false;
 };

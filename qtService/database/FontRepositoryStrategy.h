@@ -6,12 +6,16 @@
 
 #include <QHash>
 
+#include <functional>
+
 // The storage behind the catalogue. Any thread may call it. Writers report whether the storage took the change; a
 // change that it refused leaves records and strategy as they were, but for addFonts(): records that found a place get
 // their ids and count, the others keep StaticFont::NewId.
 class FontRepositoryStrategy
 {
 public:
+    using Alongside = std::function<bool()>;
+
     virtual ~FontRepositoryStrategy() = default;
 
     virtual QList<StaticFontPtr> fonts() = 0;
@@ -38,4 +42,7 @@ public:
     virtual QList<int> fontIdsForFile(const QString& fileName) = 0;
     // The distinct foundry names.
     virtual QStringList foundries() = 0;
+    // Stores both the fonts and what `alongside` stores, or neither. It is called when the fonts have their ids, and
+    // takes them back by answering false; it must not use the strategy.
+    virtual bool addFonts(const QList<StaticFontPtr>& fonts, const Alongside& alongside) = 0;
 };

@@ -172,11 +172,11 @@ QList<int> KrvFontRepository::fontIdsForFile(const QString& fileName) const
     return m_strategy->fontIdsForFile(fileName);
 }
 
-bool KrvFontRepository::addFonts(const QList<StaticFontPtr>& fonts)
+bool KrvFontRepository::addFonts(const QList<StaticFontPtr>& fonts, const std::function<bool()>& alongside)
 {
     // Before anybody can see them.
     applyUserData(fonts);
-    const bool allStored = m_strategy->addFonts(fonts);
+    const bool allStored = m_strategy->addFonts(fonts, alongside);
     QList<StaticFontPtr> stored;
     stored.reserve(fonts.size());
     for (const StaticFontPtr& font : fonts) {

@@ -9,6 +9,8 @@
 #include <QSet>
 #include <QStringList>
 
+#include <functional>
+
 class FontRepositoryStrategy;
 class KrvUserDatabase;
 namespace kerval::systemfm {
@@ -51,8 +53,8 @@ public:
     bool hasFonts() const override;
 
     // Stores new records and gives them their ids. False when the storage did not take all of them; those it took
-    // count.
-    bool addFonts(const QList<StaticFontPtr>& fonts);
+    // count. What `alongside` stores is stored with them or not at all (FontRepositoryStrategy).
+    bool addFonts(const QList<StaticFontPtr>& fonts, const std::function<bool()>& alongside = {});
     bool removeFonts(const QList<StaticFontPtr>& fonts);
     bool removeFont(const StaticFontPtr& font);
     bool removeAll();

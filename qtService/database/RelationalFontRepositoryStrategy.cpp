@@ -1,6 +1,7 @@
 #include "qtService/database/RelationalFontRepositoryStrategy.h"
 
 #include "qtService/database/DatabaseTableGateway.h"
+#include "qtService/database/DatabaseTransaction.h"
 #include "qtService/database/FontDatabaseFile.h"
 #include "qtService/database/FontTableReader.h"
 #include "qtService/database/ObjectPropertyRecordReadStrategy.h"
@@ -164,11 +165,20 @@ QList<int> RelationalFontRepositoryStrategy::findMatchingFontIds(const MatchingC
 
 bool RelationalFontRepositoryStrategy::addFonts(const QList<StaticFontPtr>& fonts)
 {
+    return addFonts(fonts, {});
+}
+
+bool RelationalFontRepositoryStrategy::addFonts(const QList<StaticFontPtr>& fonts, const Alongside& alongside)
+{
     if (m_isUnread) {
         qWarning() << "E_1_"
                    << "Nothing is added to a catalogue that could not be read";
         return false;
     }
+    QMutexLocker turn(&m_database->connectionFactory()->writeMutex());
+    DatabaseTransaction transaction(m_database->connectionFactory()->database());
+    if (!transaction.isActive())
+        return false;
     FontRows rows = writtenRows(fonts);
     const QList<QVariant> ids = m_database->fontGateway()->insert(rows);
     bool complete = ids.size() == fonts.size();
@@ -178,7 +188,11 @@ bool RelationalFontRepositoryStrategy::addFonts(const QList<StaticFontPtr>& font
         else
             complete = false;
     }
-    return complete;
+    if ((!alongside || ids.isEmpty() || alongside()) && transaction.commit())
+        return complete;
+    for (const StaticFontPtr& font : fonts)
+        font->setId(fms::StaticFont::NewId);
+    return false;
 }
 
 bool RelationalFontRepositoryStrategy::addFont(const StaticFontPtr& font)

@@ -36,6 +36,7 @@ public:
     QList<int> fontIdList() override;
     QList<int> fontIdsForFile(const QString& fileName) override;
     QStringList foundries() override;
+    bool addFonts(const QList<StaticFontPtr>& fonts, const Alongside& alongside) override;
 
 private:
     const QSharedPointer<FontDatabase> m_database;

@@ -31,26 +31,28 @@ void FontAndFeatureInsertionJob::operator()()
     fonts.reserve(m_records.size());
     for (const Record& record : m_records)
         fonts.append(AdderDataFontFactory::instance()->createFont(record.first));
-    const bool complete = m_repository->addFonts(fonts);
-
     QList<StaticFontPtr> stored;
-    QList<FontFeaturesPtr> features;
     QList<KrvUserDatabase::FontHash> hashes;
-    stored.reserve(fonts.size());
-    features.reserve(fonts.size());
-    for (int i = 0; i < fonts.size(); ++i) {
-        if (fonts.at(i)->id() == fms::StaticFont::NewId)
-            continue;
-        const FontFeaturesPtr record = AdderDataFeatureFactory::instance()->createFeatures(m_records.at(i).second);
-        record->setFontId(fonts.at(i)->id());
-        features.append(record);
-        hashes.append(fonts.at(i)->fontHash());
-        stored.append(fonts.at(i));
-    }
+    const auto storeFeatures = [&] {
+        QList<FontFeaturesPtr> features;
+        features.reserve(fonts.size());
+        for (int i = 0; i < fonts.size(); ++i) {
+            if (fonts.at(i)->id() == fms::StaticFont::NewId)
+                continue;
+            const FontFeaturesPtr record = AdderDataFeatureFactory::instance()->createFeatures(m_records.at(i).second);
+            record->setFontId(fonts.at(i)->id());
+            features.append(record);
+        }
+        return m_featureRepository->addFeatures(features);
+    };
     // A font without features would stay without for ever, because no scan looks at what is catalogued.
-    const bool featured = stored.isEmpty() || m_featureRepository->addFeatures(features);
-    if (!featured && m_repository->removeFonts(stored))
-        stored.clear();
+    const bool complete = m_repository->addFonts(fonts, storeFeatures);
+    for (const StaticFontPtr& font : qAsConst(fonts)) {
+        if (font->id() == fms::StaticFont::NewId)
+            continue;
+        hashes.append(font->fontHash());
+        stored.append(font);
+    }
     // What the user said about a font that was catalogued before is in user.db already, and the repository has put it
     // into the record; only a row for those that have none is missing.
     bool known = stored.isEmpty() || m_userDatabase->beginTransaction();
@@ -62,7 +64,7 @@ void FontAndFeatureInsertionJob::operator()()
         QWriteLocker locker(&m_lock);
         m_insertedFonts = stored;
     }
-    setState(complete && featured && known ? Finished : Failed);
+    setState(complete && known ? Finished : Failed);
 }
 
 QList<StaticFontPtr> FontAndFeatureInsertionJob::insertedFonts() const

@@ -272,6 +272,42 @@ private slots:
         QCOMPARE(cache.findMatchingFontIds(hashed), QList<int>{twins.last()->id()});
     }
 
+    // SQLite takes the transaction back in the midst of the batch; what came after must not stay behind.
+    void aFullFileTakesNothingOfABatch()
+    {
+        QList<StaticFontPtr> fonts;
+        for (int i = 0; i < 300; ++i)
+            fonts.append(reportedFont(i));
+        fonts[200]->setDescription(QString(1 << 20, QLatin1Char('x')));
+        CachedFontRepositoryStrategy cache(m_relational);
+        QSqlQuery query(m_database->connectionFactory()->database());
+        QVERIFY(query.exec(QStringLiteral("PRAGMA max_page_count = 200")));
+        QVERIFY(!cache.addFonts(fonts));
+        QCOMPARE(idsOf(fonts), QVector<int>(300, fms::StaticFont::NewId).toList());
+        QCOMPARE(m_relational->fontCount(), 0);
+        QCOMPARE(cache.fontCount(), 0);
+        QVERIFY(query.exec(QStringLiteral("PRAGMA max_page_count = 100000")));
+        QVERIFY(cache.addFonts(fonts));
+        QCOMPARE(m_relational->fontCount(), 300);
+    }
+
+    void companionsAreStoredWithTheFontsOrNotAtAll()
+    {
+        CachedFontRepositoryStrategy cache(m_relational);
+        const QList<StaticFontPtr> fonts{reportedFont(1), reportedFont(2)};
+        QList<int> ids;
+        const auto refuse = [&] {
+            ids = idsOf(fonts);
+            return false;
+        };
+        QVERIFY(!cache.addFonts(fonts, refuse));
+        QVERIFY(ids.first() > 0 && ids.last() > ids.first());
+        QCOMPARE(cache.fontCount(), 0);
+        QCOMPARE(m_relational->fontCount(), 0);
+        QVERIFY(cache.addFonts(fonts, [] { return true; }));
+        QCOMPARE(m_relational->fontCount(), 2);
+    }
+
     void refusedWritesLeaveTheCache()
     {
         CachedFontRepositoryStrategy cache(m_relational);

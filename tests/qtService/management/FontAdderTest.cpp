@@ -356,20 +356,26 @@ void FontAdderTest::keepsUserDataOfFontsThatComeBack()
 
 void FontAdderTest::tellsOfFontsThatCouldNotBeStored_data()
 {
-    QTest::addColumn<QString>("fault");
-    QTest::newRow("no record") << QStringLiteral("DROP TABLE font");
-    QTest::newRow("no features") << QStringLiteral(
-        "CREATE TRIGGER refuse BEFORE INSERT ON feature BEGIN SELECT RAISE(ABORT, 'full'); END");
+    QTest::addColumn<QStringList>("faults");
+    const QString features =
+        QStringLiteral("CREATE TRIGGER refuse BEFORE INSERT ON feature BEGIN SELECT RAISE(ABORT, 'full'); END");
+    QTest::newRow("no record") << QStringList{QStringLiteral("DROP TABLE font")};
+    QTest::newRow("no features") << QStringList{features};
+    // A full disk takes no removal either.
+    QTest::newRow("no features and no removal")
+        << QStringList{features, QStringLiteral("CREATE TRIGGER keep BEFORE DELETE ON font "
+                                                "BEGIN SELECT RAISE(ABORT, 'full'); END")};
 }
 
 void FontAdderTest::tellsOfFontsThatCouldNotBeStored()
 {
-    QFETCH(QString, fault);
+    QFETCH(QStringList, faults);
     const QStringList files = copyFonts(m_fonts, 1);
     const auto adder = m_library->createAdder(m_library->adderProgram());
     {
         QSqlDatabase database = m_library->database->connectionFactory()->database();
-        QVERIFY(QSqlQuery(database).exec(fault));
+        for (const QString& fault : qAsConst(faults))
+            QVERIFY(QSqlQuery(database).exec(fault));
     }
     QSignalSpy stopped(adder.data(), &FontAdder::fontAddingStopped);
     adder->addFontsFromPaths({m_fonts});
