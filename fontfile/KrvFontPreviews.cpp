@@ -3,6 +3,7 @@
 #include "fontfile/KrvFontFile.h"
 #include "fontfile/KrvFontMetrics.h"
 #include "fontfile/KrvFontPainter.h"
+#include "fontfile/ScriptSample.h"
 
 #include <QFont>
 #include <QFontMetrics>
@@ -94,14 +95,15 @@ bool KrvFontPainter::renderPixelPreview(const QString& fileName, const PixelSize
         return false;
     font.applyMetricsCorrection(request.correction);
     font.setPixelSize(request.pixelSize);
-    const double width = 2.0 * KrvFontMetrics(&font).textWidth(request.text);
+    const QString text = request.ownScript ? scriptSample(font, request.text) : request.text;
+    const double width = 2.0 * KrvFontMetrics(&font).textWidth(text);
     const double height = int(request.pixelSize * 1.5);
     QImage board = makeBoard(width, height, request.color);
     if (board.isNull() && width * height > maxBoardPixels)
         return false;
     QRect drawn;
     if (!board.isNull())
-        drawn = drawOnBoard(&board, &font, Qt::AlignLeft | Qt::AlignVCenter, request.text, request.color);
+        drawn = drawOnBoard(&board, &font, Qt::AlignLeft | Qt::AlignVCenter, text, request.color);
     if (request.extendMargins)
         drawn += request.margins;
     *out = crop(board, drawn);

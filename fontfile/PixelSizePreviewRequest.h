@@ -11,6 +11,7 @@ struct PixelSizePreviewRequest
 {
     int pixelSize = 80;
     QString text;
+    bool ownScript = false; // a text whose letters the font lacks gives way to one in a script that it has
     bool extendMargins = false;
     KrvFontMetrics::MetricsCorrection correction;
     QMargins margins;

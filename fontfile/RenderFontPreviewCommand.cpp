@@ -44,6 +44,12 @@ RenderFontPreviewCommand::~RenderFontPreviewCommand()
     waitForFinished();
 }
 
+void RenderFontPreviewCommand::setOwnScript(bool ownScript)
+{
+    QWriteLocker locker(&m_lock);
+    m_ownScript = ownScript;
+}
+
 void RenderFontPreviewCommand::operator()()
 {
     if (state() == Cancelled)
@@ -58,6 +64,7 @@ void RenderFontPreviewCommand::operator()()
         request.correction = m_correction;
         request.pixelSize = int(m_pixelSize * ratio);
         request.text = m_text;
+        request.ownScript = m_ownScript;
         request.margins = m_margins; // carried along; without extendMargins the image ends where the ink does
         fileName = m_fileName;
         faceIndex = m_faceIndex;

@@ -21,6 +21,9 @@ public:
                              const KrvFontMetrics::MetricsCorrection& correction, const QMargins& margins);
     ~RenderFontPreviewCommand() override;
 
+    // A text whose letters the font lacks gives way to one in a script that it has. Before the start.
+    void setOwnScript(bool ownScript);
+
     void operator()() override;
 
     QImage image() const;
@@ -38,6 +41,7 @@ private:
     QImage m_image;
     QMargins m_margins;
     KrvFontMetrics::MetricsCorrection m_correction;
+    bool m_ownScript = false;
     bool m_fileExists = true;
 };
 

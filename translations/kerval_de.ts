@@ -1448,6 +1448,10 @@ Tipp: Umschalt+Klick setzt einen Buchstaben wie i oder j zusammen</translation>
         <translation>Diese Gruppe enthält keine Schriften.</translation>
     </message>
     <message>
+        <source>This group holds no fonts. Drag some from another list onto its name.</source>
+        <translation>Diese Gruppe enthält keine Schriften. Ziehen Sie welche aus einer anderen Liste auf ihren Namen.</translation>
+    </message>
+    <message>
         <source>Looking for fonts. They appear here as they are read...</source>
         <translation>Schriften werden gesucht. Sie erscheinen hier, sobald sie gelesen sind...</translation>
     </message>

@@ -95,6 +95,7 @@ void FontPreviewStore::startNext()
         const Request& request = waiting.request;
         const auto command = RenderFontPreviewCommandPtr::create(request.fileName, request.faceIndex, request.pixelSize,
                                                                  request.text, request.correction, QMargins());
+        command->setOwnScript(request.ownScript);
         m_running.insert(key, {command, waiting.fontIds, false});
         connect(command.data(), &AbstractAsynchronousCommand::stateChanged, this,
                 [this, key](AbstractAsynchronousCommand::State state) {

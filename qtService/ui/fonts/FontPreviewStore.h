@@ -25,6 +25,7 @@ public:
         int faceIndex = 0;
         int pixelSize = 0;
         QString text;
+        bool ownScript = false; // the text may give way to one that the font has letters for
         KrvFontMetrics::MetricsCorrection correction;
 
         QString key() const;

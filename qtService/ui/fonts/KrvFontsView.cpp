@@ -28,6 +28,9 @@ constexpr int waitIndicatorDelayMs = 150;
 // However little the other columns leave.
 constexpr int leastPreviewWidth = 240;
 
+// Widths are for text of this height and grow with it.
+constexpr int defaultTextHeight = 15;
+
 struct DefaultColumn
 {
     int column;
@@ -129,9 +132,10 @@ void KrvFontsView::applyDefaultColumns()
     for (int column = 0; column < fonts::ColumnCount; ++column)
         header()->setSectionHidden(column, true);
     int position = 0;
+    const int textHeight = fontMetrics().height();
     for (const DefaultColumn& shown : defaultColumns) {
         header()->setSectionHidden(shown.column, false);
-        header()->resizeSection(shown.column, shown.width);
+        header()->resizeSection(shown.column, shown.width * qMax(defaultTextHeight, textHeight) / defaultTextHeight);
         header()->moveSection(header()->visualIndex(shown.column), position++);
     }
     m_previewFills = true;

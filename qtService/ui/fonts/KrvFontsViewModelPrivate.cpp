@@ -161,6 +161,8 @@ QVariant KrvFontsViewModelPrivate::preview(int row) const
     request.faceIndex = font->faceIndex();
     request.pixelSize = m_previewSize;
     request.text = m_previewText.isEmpty() ? fonts::defaultSampleText(font, false) : m_previewText;
+    // What the user wrote is drawn as it stands, and missing letters show.
+    request.ownScript = m_previewText.isEmpty();
     request.correction = KrvFontMetrics::MetricsCorrection::fromString(font->fullMetricsCorrection());
     QImage image;
     return m_previews.find(request, &image) ? QVariant(image) : QVariant();

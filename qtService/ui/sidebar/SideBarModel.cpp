@@ -72,7 +72,7 @@ QStandardItem* makeHeader(const QString& text)
 {
     auto* item = new QStandardItem(text);
     item->setData(text, SideBarModel::NameRole);
-    item->setFlags(Qt::ItemIsEnabled);
+    item->setFlags(Qt::NoItemFlags); // the arrow keys pass over it
     return item;
 }
 

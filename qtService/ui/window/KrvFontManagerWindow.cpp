@@ -539,6 +539,8 @@ void KrvFontManagerWindow::updateEmptyHint()
         const auto adder = m_service->fontAdder();
         if (!m_filters.isCleared() && m_service->repository()->hasFonts())
             m_emptyHint->setText(tr("No font of this group matches the filters."));
+        else if (m_service->repository()->hasFonts() && m_sideBar->selectedUserGroupId() > 0)
+            m_emptyHint->setText(tr("This group holds no fonts. Drag some from another list onto its name."));
         else if (m_service->repository()->hasFonts())
             m_emptyHint->setText(tr("This group holds no fonts."));
         else if (adder->isAdding() || adder->isSearching())

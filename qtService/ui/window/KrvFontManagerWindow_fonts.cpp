@@ -30,6 +30,7 @@ namespace {
 // From this many fonts on a change of activity asks first.
 constexpr int confirmationThreshold = 50;
 constexpr int similarityResults = 100;
+constexpr int webFontDialogWidth = 420;
 
 QStringList localFiles(const QMimeData* data)
 {
@@ -194,11 +195,14 @@ void KrvFontManagerWindow::markSelectedFontsWebfonts()
     if (!font->onlineSource().isEmpty()) {
         waitFor(m_service->clearFontsOnlineSource(fontIds), tr("Unarking fonts as Web Fonts..."));
     } else {
-        bool accepted = false;
-        const QString text = QInputDialog::getText(this, titled(m_actions->markAsWebFont->text()),
-                                                   tr("Enter web font data:"), QLineEdit::Normal, QString(), &accepted);
-        if (accepted)
-            waitFor(m_service->setFontsOnlineSource(fontIds, text, 0), tr("Marking fonts as Web Fonts..."));
+        QInputDialog dialog(this);
+        dialog.setWindowTitle(titled(m_actions->markAsWebFont->text()));
+        dialog.setLabelText(tr("Enter web font data:"));
+        // The dialog's own width is too little for an address, and for its title.
+        dialog.resize(webFontDialogWidth, dialog.sizeHint().height());
+        if (dialog.exec() == QDialog::Accepted)
+            waitFor(m_service->setFontsOnlineSource(fontIds, dialog.textValue(), 0),
+                    tr("Marking fonts as Web Fonts..."));
     }
     updateActionsState();
 }
