@@ -131,14 +131,14 @@ bool CatalogueReader::readFonts(std::string& problem)
 }
 
 // Two passes and no join: the feature rows are large and stay in the order the file has them.
-bool CatalogueReader::readAll(const Visit& visit, std::string& problem)
+bool CatalogueReader::readAll(const Begin& begin, const Visit& visit, std::string& problem)
 {
     sqlite3_exec(m_database, "BEGIN", nullptr, nullptr, nullptr);
     const auto end = [this](bool good) {
         sqlite3_exec(m_database, "COMMIT", nullptr, nullptr, nullptr);
         return good;
     };
-    if (!readFonts(problem)) {
+    if (!readFonts(problem) || !begin(m_fonts.size())) {
         return end(false);
     }
     int state = SQLITE_ERROR;

@@ -39,10 +39,12 @@ public:
     // False and a text when the file is missing, no database, or lacks the catalogue's tables.
     bool open(const std::string& path, std::string& problem);
 
-    // Calls back once for each font that is not marked as deleted: first those with a feature row in the order of that
-    // table, then the rest with an empty blob. A false from the callback ends the reading; so does a damaged file.
+    // Tells how many fonts there are that are not marked as deleted and calls back once for each: first those with a
+    // feature row in the order of that table, then the rest with an empty blob. A false from a callback ends the
+    // reading; so does a damaged file.
+    using Begin = std::function<bool(std::size_t fonts)>;
     using Visit = std::function<bool(const CatalogueFont&, std::string_view blob)>;
-    bool readAll(const Visit& visit, std::string& problem);
+    bool readAll(const Begin& begin, const Visit& visit, std::string& problem);
 
     // Changes whenever another connection has changed the database since the last call; -1 when it cannot be read.
     std::int64_t dataVersion();

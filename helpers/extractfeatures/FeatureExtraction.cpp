@@ -42,10 +42,11 @@ bool extractFeatures(const ExtractionOptions& options, std::string& problem)
         if (!writer.begin(problem)) {
             return false;
         }
+        const auto reserve = [&writer](std::size_t fonts) { return writer.reserve(fonts); };
         const auto append = [&writer](const CatalogueFont& font, std::string_view blob) {
             return writer.append(font, blob);
         };
-        if (!reader.readAll(append, problem)) {
+        if (!reader.readAll(reserve, append, problem)) {
             problem = problem.empty() ? "the feature files cannot be written" : problem;
             return false;
         }

@@ -13,6 +13,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "helpers/extractfeatures/FileSpace.h"
+#include "helpers/shape/VectorClones.h"
+
 namespace kerval::helpers {
 
 namespace {
@@ -25,18 +28,59 @@ std::string_view bytesOf(const Number& number)
     return {reinterpret_cast<const char*>(&number), sizeof number};
 }
 
-// Without a branch for each value, so that the compiler can take several at once.
-bool isFinite(const float* values)
+// The largest of each of a font's values, and the largest without signs, by their bits: positive numbers are in the
+// same order as the integers that these are, all negative ones below, infinity and what is no number above.
+class Extremes
 {
-    constexpr std::uint32_t exponent = 0x7F800000;
-    std::array<std::uint32_t, featureValueCount> bits;
-    std::memcpy(bits.data(), values, featureByteCount);
-    std::uint32_t odd = 0;
-    for (const std::uint32_t value : bits) {
-        odd |= (value & exponent) == exponent ? 1U : 0U;
+public:
+    // Takes eight values at a time, the last of them together with some that were taken before.
+    KRV_VECTOR_CLONES
+    void copyLetter(const char* from, float* to)
+    {
+        for (std::size_t block = 0; block < m_values.size(); ++block) {
+            const std::size_t first = placeOf(block);
+            Eight bits;
+            std::memcpy(&bits, from + first * sizeof(float), sizeof bits);
+            std::memcpy(to + first, &bits, sizeof bits);
+            // Where the next font's come: there are too many places for the processor to foresee them.
+            __builtin_prefetch(to + featureValueCount + first, 1);
+            m_values[block] = bits > m_values[block] ? bits : m_values[block];
+            const Eight magnitudes = bits & 0x7FFFFFFF;
+            m_magnitudes[block] = magnitudes > m_magnitudes[block] ? magnitudes : m_magnitudes[block];
+        }
     }
-    return odd == 0;
-}
+
+    bool areFinite() const
+    {
+        constexpr std::int32_t infinity = 0x7F800000;
+        bool finite = true;
+        for (const Eight& magnitudes : m_magnitudes) {
+            for (std::size_t i = 0; i < kTogether; ++i) {
+                finite = finite && magnitudes[i] < infinity;
+            }
+        }
+        return finite;
+    }
+
+    template <typename Bits>
+    void raise(Bits& maximums) const
+    {
+        for (std::size_t i = 0; i < featureValueCount; ++i) {
+            const std::size_t block = i / kTogether;
+            maximums[i] = std::max(maximums[i], m_values[block][i - placeOf(block)]);
+        }
+    }
+
+private:
+    static constexpr std::size_t kTogether = 8;
+    using Eight = std::int32_t __attribute__((vector_size(kTogether * sizeof(std::int32_t))));
+    using Blocks = std::array<Eight, (featureValueCount + kTogether - 1) / kTogether>;
+
+    static std::size_t placeOf(std::size_t block) { return std::min(block * kTogether, featureValueCount - kTogether); }
+
+    Blocks m_values{};
+    Blocks m_magnitudes{};
+};
 
 bool writeAll(int file, const void* bytes, std::size_t size)
 {
@@ -106,7 +150,7 @@ bool FeatureFolderWriter::begin(std::string& problem)
     m_failed = false;
     m_maximums.fill(0);
     for (Batch& batch : m_batches) {
-        batch.fonts = 0;
+        batch.used = 0;
     }
     m_writer = std::make_unique<BackgroundWriter>();
     if (!std::filesystem::create_directory(m_workFolder, error)) {
@@ -124,22 +168,19 @@ bool FeatureFolderWriter::begin(std::string& problem)
     return true;
 }
 
-void FeatureFolderWriter::addLetter(std::size_t letter, std::string_view bytes)
+bool FeatureFolderWriter::reserve(std::size_t fonts)
 {
-    float* values = m_batches[m_filling].place(letter);
-    std::memcpy(values, bytes.data(), featureByteCount);
-    if (!isFinite(values)) {
-        std::transform(values, values + featureValueCount, values,
-                       [](float value) { return std::isfinite(value) ? value : 0; });
+    for (std::size_t letter = 0; letter < kLetters; ++letter) {
+        m_failed = !reserveSpace(m_outputs[letter].file, fonts * featureByteCount) || m_failed;
     }
-    for (std::size_t i = 0; i < featureValueCount; ++i) {
-        m_maximums[i] = m_maximums[i] > values[i] ? m_maximums[i] : values[i];
-    }
+    return !m_failed;
 }
 
 bool FeatureFolderWriter::append(const CatalogueFont& font, std::string_view blob)
 {
+    Batch& batch = m_batches[m_filling];
     std::bitset<kLetters> seen;
+    Extremes extremes;
     FeatureBlobReader reader(blob);
     unsigned char key = 0;
     std::string_view bytes;
@@ -147,15 +188,24 @@ bool FeatureFolderWriter::append(const CatalogueFont& font, std::string_view blo
         const int letter = m_letterOf[key];
         if (letter >= 0 && !seen[static_cast<std::size_t>(letter)]) {
             seen[static_cast<std::size_t>(letter)] = true;
-            addLetter(static_cast<std::size_t>(letter), bytes);
+            extremes.copyLetter(bytes.data(), batch.place(static_cast<std::size_t>(letter)));
         }
     }
-    Batch& batch = m_batches[m_filling];
     for (std::size_t letter = 0; letter < kLetters && !seen.all(); ++letter) {
         if (!seen[letter]) {
             std::fill_n(batch.place(letter), featureValueCount, 0.0F);
         }
     }
+    if (!extremes.areFinite()) {
+        extremes = {};
+        for (std::size_t letter = 0; letter < kLetters; ++letter) {
+            FeatureVector values;
+            std::transform(batch.place(letter), batch.place(letter) + featureValueCount, values.begin(),
+                           [](float value) { return std::isfinite(value) ? value : 0; });
+            extremes.copyLetter(reinterpret_cast<const char*>(values.data()), batch.place(letter));
+        }
+    }
+    extremes.raise(m_maximums);
     const char serif = font.serif ? 1 : 0;
     put(Serif, {&serif, 1});
     put(Hwi, bytesOf(font.hwi));
@@ -167,31 +217,36 @@ bool FeatureFolderWriter::append(const CatalogueFont& font, std::string_view blo
     put(Info, font.className);
     put(Info, "\n");
     put(Ids, bytesOf(font.id));
-    if (++batch.fonts == kBatchFonts) {
-        writeBatch();
+    batch.used += featureValueCount;
+    if (batch.used >= Batch::kWhole) {
+        writeBatch(Batch::kWhole);
     }
     return !m_failed;
 }
 
-void FeatureFolderWriter::writeBatch()
+void FeatureFolderWriter::writeBatch(std::size_t count)
 {
-    m_failed = !m_writer->start([this, written = m_filling] {
-        Batch& batch = m_batches[written];
-        const std::size_t size = batch.fonts * featureByteCount;
-        batch.fonts = 0; // from here on place() gives the begin of what is written
+    m_failed = !m_writer->finish() || m_failed;
+    Batch& full = m_batches[m_filling];
+    Batch& next = m_batches[1 - m_filling];
+    next.used = full.used - count;
+    for (std::size_t letter = 0; letter < kLetters; ++letter) {
+        std::copy_n(full.begin(letter) + count, next.used, next.begin(letter));
+    }
+    m_writer->start([this, &full, count] {
         for (std::size_t letter = 0; letter < kLetters; ++letter) {
-            if (!writeAll(m_outputs[letter].file, batch.place(letter), size)) {
+            if (!writeAll(m_outputs[letter].file, full.begin(letter), count * sizeof(float))) {
                 return false;
             }
         }
         return true;
-    }) || m_failed;
+    });
     m_filling = 1 - m_filling;
 }
 
 bool FeatureFolderWriter::publish(std::string& problem)
 {
-    writeBatch();
+    writeBatch(m_batches[m_filling].used);
     put(Maximums, {reinterpret_cast<const char*>(m_maximums.data()), featureByteCount});
     for (std::size_t other = kLetters; other < m_outputs.size(); ++other) {
         const Output& output = m_outputs[other];

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include <sqlite3.h>
+
 #include "helpers/extractfeatures/FeatureExtraction.h"
 
 // Exit codes: 0 the folder is ready; 1 it could not be made; 2 the command line is wrong. The reason is one line on
@@ -11,6 +13,7 @@ int main(int argc, char** argv)
 {
     std::string problem;
     int code = 2;
+    sqlite3_config(SQLITE_CONFIG_SINGLETHREAD); // the thread that writes the files does not read the database
     try {
         const std::vector<std::string> arguments(argv + 1, argv + argc);
         if (const auto options = kerval::helpers::ExtractionOptions::parse(arguments, problem)) {

@@ -156,6 +156,7 @@ private slots:
     void cleanup();
     void extractionWritesEveryFile();
     void extractionReadsOddRowsAsNothing();
+    void extractionKeepsManyFontsInOrder();
     void extractionNamesWhatIsWrong_data();
     void extractionNamesWhatIsWrong();
     void requestsAtOnceExtractOnce();
@@ -230,6 +231,7 @@ void SimilarityTest::extractionReadsOddRowsAsNothing()
     odd.fill(2);
     odd[4] = std::numeric_limits<float>::quiet_NaN();
     odd[5] = std::numeric_limits<float>::infinity();
+    odd[60] = -std::numeric_limits<float>::infinity();
     std::string blob;
     appendFeature(blob, 'a', odd);
     appendFeature(blob, 7, odd); // no letter
@@ -249,7 +251,39 @@ void SimilarityTest::extractionReadsOddRowsAsNothing()
     QCOMPARE(read[3], 2.0F);
     QCOMPARE(read[4], 0.0F);
     QCOMPARE(read[5], 0.0F);
+    QCOMPARE(read[60], 0.0F);
     QCOMPARE(a.mid(244), QByteArray(244, 0));
+}
+
+// More fonts than are written together, of which every third lacks a letter.
+void SimilarityTest::extractionKeepsManyFontsInOrder()
+{
+    constexpr int fonts = 700;
+    m_catalogue->run("BEGIN");
+    for (int id = 1; id <= fonts; ++id) {
+        std::string blob;
+        FeatureVector values;
+        for (const unsigned char letter : {'z', 'A', '5'}) {
+            values.fill(float(letter + 1000 * id));
+            if (letter != 'A' || id % 3 != 0)
+                appendFeature(blob, letter, values);
+        }
+        m_catalogue->addFont(id, "Font", "");
+        m_catalogue->addBlob(id, blob);
+    }
+    m_catalogue->run("COMMIT");
+    QCOMPARE(extract(m_catalogue->path(), folder()).exitCode, 0);
+    for (const unsigned char letter : {'z', 'A', '5', 'q'}) {
+        const QByteArray file = kerval::testing::readFile(inFolder(folder(), featurefolder::characterFile(letter)));
+        QCOMPARE(file.size(), fonts * 244);
+        for (int id = 1; id <= fonts; ++id) {
+            FeatureVector expected;
+            expected.fill(letter == 'q' || (letter == 'A' && id % 3 == 0) ? 0 : float(letter + 1000 * id));
+            FeatureVector read;
+            QVERIFY(fromBytes(file.mid((id - 1) * 244, 244).toStdString(), read));
+            QCOMPARE(read, expected);
+        }
+    }
 }
 
 void SimilarityTest::extractionNamesWhatIsWrong_data()
