@@ -2,6 +2,7 @@
 
 #include "qtService/app/service/FontManagementService.h"
 #include "qtService/database/KrvFontRepository.h"
+#include "qtService/database/KrvUserDatabase.h"
 #include "qtService/management/SystemFontGroupList.h"
 #include "qtService/management/UserFontGroupList.h"
 #include "rest/JsonWriter.h"
@@ -67,6 +68,23 @@ std::optional<Ids> idsFromQuery(const QUrl& url)
     if (!groups || !fonts)
         return std::nullopt;
     return Ids{*groups, *fonts};
+}
+
+// The user's groups that hold any of the fonts. To ask all groups to give them up would cost each a transaction.
+QList<int> groupsHolding(const QList<int>& fontIds, const KrvFontRepository& repository,
+                         const KrvUserDatabase& userDatabase)
+{
+    KrvUserDatabase::GroupFilter filter;
+    for (const int fontId : fontIds) {
+        if (const StaticFontPtr font = repository.font(fontId))
+            filter.fontHashes.append(font->fontHash());
+    }
+    QList<int> ids;
+    if (filter.fontHashes.isEmpty())
+        return ids;
+    for (const KrvUserDatabase::Group& group : userDatabase.groups(filter))
+        ids.append(group.id);
+    return ids;
 }
 
 } // namespace
@@ -140,11 +158,15 @@ int GroupMembershipResourceHandler::remove(QHttpRequest* request, Headers*, QByt
         return QHttpResponse::STATUS_BAD_REQUEST;
 
     const auto userGroups = service().userFontGroups();
-    if (!userGroups)
+    const auto repository = service().repository();
+    const KrvUserDatabase* const userDatabase = service().userDatabase();
+    if (!userGroups || !repository || !userDatabase)
         return QHttpResponse::STATUS_SERVICE_UNAVAILABLE;
-    const QList<int> groupIds = given->groups.isEmpty() ? userGroups->groupIdList() : given->groups;
+    QList<int> groupIds = given->groups.isEmpty() ? userGroups->groupIdList() : given->groups;
     if (groupIds.isEmpty())
         return QHttpResponse::STATUS_BAD_REQUEST;
+    if (given->groups.isEmpty() && !given->fonts.isEmpty())
+        groupIds = groupsHolding(given->fonts, *repository, *userDatabase);
     if (given->fonts.isEmpty()) {
         for (const int groupId : groupIds) {
             if (!service().clearGroup(groupId))

@@ -20,8 +20,8 @@ class QSqlQuery;
 // the catalogue can be rebuilt without losing them. Fonts are known by their font hash (fms::StaticFont::fontHash).
 //
 // The program never deletes the file. One that is no database or is damaged is moved aside under a dated name and a new
-// one is begun; setAsideFile() names it, for whoever tells the user. Before the first upgrade of an older version a
-// copy is kept beside it.
+// one is begun with what can still be read of it; setAsideFile() names it, for whoever tells the user. Before the first
+// upgrade of an older version a copy is kept beside it.
 //
 // Every operation may be called from any thread after open(): each thread has a connection of its own, and writers take
 // turns. What a record shows of a font (hidden flag, ranking, note, family name) is also kept in memory, so that
@@ -69,6 +69,8 @@ public:
     bool isOpen() const;
     // Where a damaged file was moved by open(); empty when there was none.
     QString setAsideFile() const;
+    // Whether something of it could be taken over.
+    bool hasSalvaged() const;
     int userVersion() const;
     // For those who may outlive the database.
     QSharedPointer<const UserDatabaseAccess> access() const;
@@ -118,6 +120,8 @@ public:
     QList<Group> groups(const GroupFilter& filter) const;
     QString groupName(int groupId) const;
     QList<FontHash> groupFontHashes(const QList<int>& groupIds) const;
+    // Of every group that has any.
+    QHash<int, QList<FontHash>> fontHashesOfGroups() const;
 
 signals:
     void noteChanged(const QList<KrvUserDatabase::FontHash>& fontHashList);
@@ -149,6 +153,7 @@ private:
     const QSharedPointer<UserDatabaseAccess> m_access;
     QScopedPointer<DatabaseConnectionFactory> m_connections;
     QString m_setAsideFile;
+    bool m_hasSalvaged = false;
 
     // A writer holds the factory's write mutex from the outermost beginTransaction() to its end; what follows is its
     // own meanwhile.

@@ -240,3 +240,17 @@ QList<KrvUserDatabase::FontHash> KrvUserDatabase::groupFontHashes(const QList<in
                   {}, ids, [&](const QSqlQuery& row) { hashes.append(row.value(0).toString()); });
     return hashes;
 }
+
+QHash<int, QList<KrvUserDatabase::FontHash>> KrvUserDatabase::fontHashesOfGroups() const
+{
+    QHash<int, QList<FontHash>> hashes;
+    QSqlQuery query(connection());
+    query.setForwardOnly(true);
+    if (prepare(query, QStringLiteral("SELECT id_group, filehash\nFROM belongs_to JOIN font\n"
+                                      "ON belongs_to.id_font = font.id")) &&
+        execute(query)) {
+        while (query.next())
+            hashes[query.value(0).toInt()].append(query.value(1).toString());
+    }
+    return hashes;
+}

@@ -16,6 +16,15 @@ UserFontGroup::UserFontGroup(const QSharedPointer<FontCollectionInterface>& sour
     reload(false);
 }
 
+UserFontGroup::UserFontGroup(const QSharedPointer<FontCollectionInterface>& source, KrvUserDatabase* userDatabase,
+                             const KrvUserDatabase::Group& group, const QList<KrvUserDatabase::FontHash>& fontHashes)
+    : FontGroup(source, group.name, Start::Empty)
+    , m_userDatabase(userDatabase->access())
+    , m_groupId(group.id)
+{
+    setMembers(takeAll(fontHashes));
+}
+
 int UserFontGroup::groupId() const
 {
     return m_groupId;
@@ -26,13 +35,18 @@ void UserFontGroup::reload(bool notify)
     QStringList hashes;
     if (!m_userDatabase->use([&](const KrvUserDatabase& database) { hashes = database.groupFontHashes({m_groupId}); }))
         return;
-    m_absentHashes = QSet<QString>(hashes.cbegin(), hashes.cend());
-    m_memberHashes.clear();
-    const QList<int> ids = takePresent(fontsWithHashes(m_absentHashes));
+    const QList<int> ids = takeAll(hashes);
     if (notify)
         replaceMembers(ids);
     else
         setMembers(ids);
+}
+
+QList<int> UserFontGroup::takeAll(const QList<KrvUserDatabase::FontHash>& fontHashes)
+{
+    m_absentHashes = QSet<QString>(fontHashes.cbegin(), fontHashes.cend());
+    m_memberHashes.clear();
+    return takePresent(fontsWithHashes(m_absentHashes));
 }
 
 QList<StaticFontPtr> UserFontGroup::fontsWithHashes(const QSet<KrvUserDatabase::FontHash>& hashes) const

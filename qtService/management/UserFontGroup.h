@@ -16,21 +16,26 @@ class UserFontGroup : public FontGroup
 
 public:
     UserFontGroup(const QSharedPointer<FontCollectionInterface>& source, KrvUserDatabase* userDatabase, int groupId);
+    // For UserFontGroupList, which has read what all groups hold at once, and hands on what changes by calling the
+    // slots below: a change that each of 10,000 groups hears of is an event for each.
+    UserFontGroup(const QSharedPointer<FontCollectionInterface>& source, KrvUserDatabase* userDatabase,
+                  const KrvUserDatabase::Group& group, const QList<KrvUserDatabase::FontHash>& fontHashes);
 
     int groupId() const;
+
+public slots:
+    void onGroupRenamed(int groupId);
+    void onGroupCleared(int groupId);
+    void onFontGroupsChanged(const QList<KrvUserDatabase::FontHash>& fontHashList, int groupId);
 
 protected slots:
     void onFontsAddedToSource(const QList<int>& fontIdList) override;
     void onFontsRemovedFromSource(const QList<int>& fontIdList) override;
     void onSourceFontsChanged(const QList<int>& fontIdList) override;
 
-private slots:
-    void onGroupRenamed(int groupId);
-    void onGroupCleared(int groupId);
-    void onFontGroupsChanged(const QList<KrvUserDatabase::FontHash>& fontHashList, int groupId);
-
 private:
     void reload(bool notify);
+    QList<int> takeAll(const QList<KrvUserDatabase::FontHash>& fontHashes);
     QList<int> takePresent(const QList<StaticFontPtr>& fonts);
     QList<StaticFontPtr> fontsWithHashes(const QSet<KrvUserDatabase::FontHash>& hashes) const;
 

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "qtService/database/KrvUserDatabase.h"
 #include "qtService/management/FontGroupList.h"
 
-class KrvUserDatabase;
+class UserFontGroup;
 
 // The groups of user.db; follows their coming and going. A group is listed by the time the call that made it in the
 // user database returns.
@@ -16,8 +17,13 @@ public:
 private slots:
     void onGroupAdded(int groupId);
     void onGroupRemoved(int groupId);
+    void onGroupRenamed(int groupId);
+    void onGroupCleared(int groupId);
+    void onFontGroupsChanged(const QList<KrvUserDatabase::FontHash>& fontHashList, int groupId);
 
 private:
+    QSharedPointer<UserFontGroup> userGroup(int groupId) const;
+
     QSharedPointer<FontCollectionInterface> m_source;
     KrvUserDatabase* m_userDatabase;
 };
