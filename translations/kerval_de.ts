@@ -114,6 +114,12 @@ Bitte prüfen Sie die Zugriffsrechte von:
    &quot;%1&quot;</translation>
     </message>
     <message>
+        <source>The file with your groups, notes and rankings was damaged.
+It was kept as &quot;%1&quot;, and Kerval started with what could still be read of it.</source>
+        <translation>Die Datei mit Ihren Gruppen, Notizen und Bewertungen war beschädigt.
+Sie wurde als &quot;%1&quot; aufgehoben, und Kerval hat mit dem begonnen, was von ihr noch zu lesen war.</translation>
+    </message>
+    <message>
         <source>Administrator</source>
         <comment>On Windows this text is prepended to control center&apos;s title if program is started under Admin privileges</comment>
         <translation>Administrator</translation>

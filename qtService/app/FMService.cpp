@@ -414,11 +414,15 @@ void FMService::tellAboutDamagedData()
     const auto shown = [](const QString& path) { return QDir::toNativeSeparators(path).toHtmlEscaped(); };
     const KrvUserDatabase* userDatabase = m_fontManagementService->userDatabase();
     const QString aside = userDatabase ? userDatabase->setAsideFile() : QString();
-    if (!aside.isEmpty())
-        KrvMessage::instance()->warning(
-            tr("The file with your groups, notes and rankings could not be read.\nIt was kept as \"%1\", and Kerval "
-               "started with a new one.")
-                .arg(shown(aside)));
+    if (!aside.isEmpty()) {
+        const QString text =
+            userDatabase->hasSalvaged()
+                ? tr("The file with your groups, notes and rankings was damaged.\nIt was kept as \"%1\", and Kerval "
+                     "started with what could still be read of it.")
+                : tr("The file with your groups, notes and rankings could not be read.\nIt was kept as \"%1\", and "
+                     "Kerval started with a new one.");
+        KrvMessage::instance()->warning(text.arg(shown(aside)));
+    }
     if (userDatabase && !userDatabase->isOpen())
         KrvMessage::instance()->warning(
             tr("The file with your groups, notes and rankings cannot be opened. Until Kerval is started again they are "

@@ -61,6 +61,7 @@ bool KrvUserDatabase::open(const QString& fileName)
     UserDatabaseFile file(fileName);
     const bool ready = file.prepare();
     m_setAsideFile = file.setAsideFile();
+    m_hasSalvaged = file.salvagedRows() > 0;
     if (!ready) {
         qWarning().noquote() << "E_0_ FAILED to open:" << fileName;
         return false;
@@ -85,6 +86,11 @@ bool KrvUserDatabase::isOpen() const
 QString KrvUserDatabase::setAsideFile() const
 {
     return m_setAsideFile;
+}
+
+bool KrvUserDatabase::hasSalvaged() const
+{
+    return m_hasSalvaged;
 }
 
 int KrvUserDatabase::userVersion() const

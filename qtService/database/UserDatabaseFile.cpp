@@ -1,5 +1,7 @@
 #include "qtService/database/UserDatabaseFile.h"
 
+#include "qtService/database/UserDatabaseSalvage.h"
+
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
@@ -139,6 +141,11 @@ QString UserDatabaseFile::setAsideFile() const
     return m_setAsideFile;
 }
 
+int UserDatabaseFile::salvagedRows() const
+{
+    return m_salvagedRows;
+}
+
 bool UserDatabaseFile::prepare()
 {
     if (QFileInfo(m_fileName).size() > 0) {
@@ -209,13 +216,15 @@ bool UserDatabaseFile::setAside()
     return true;
 }
 
-bool UserDatabaseFile::create(const QSqlDatabase& database) const
+bool UserDatabaseFile::create(const QSqlDatabase& database)
 {
     return inTransaction(database, [&] {
         for (const char* statement : schema) {
             if (!run(database, QLatin1String(statement)))
                 return false;
         }
+        if (!m_setAsideFile.isEmpty() && !salvageUserData(m_setAsideFile, database, &m_salvagedRows))
+            return false;
         return run(database, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion));
     });
 }

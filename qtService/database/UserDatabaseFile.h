@@ -6,7 +6,7 @@ class QSqlDatabase;
 
 // Brings the file of user.db into a state that KrvUserDatabase can work on, before anybody else opens it:
 //  - a file that is no database, or is damaged, is moved aside under a dated name together with its journals;
-//  - a missing or empty file gets the schema, in one transaction;
+//  - a missing or empty file gets the schema, and what can still be read of the file moved aside, in one transaction;
 //  - versions 1 to 5 are upgraded to the current one in one transaction, after a copy was kept beside the file
 //    ("user.db.version3"; a copy from an earlier attempt is not overwritten).
 // Other versions are left alone. Nothing is ever deleted.
@@ -21,6 +21,8 @@ public:
     bool prepare();
     // Where a damaged file is now; empty when there was none.
     QString setAsideFile() const;
+    // What was taken over from it.
+    int salvagedRows() const;
 
 private:
     enum class Condition
@@ -32,10 +34,11 @@ private:
 
     Condition examine() const;
     bool setAside();
-    bool create(const QSqlDatabase& database) const;
+    bool create(const QSqlDatabase& database);
     bool upgrade(const QSqlDatabase& database, int version) const;
     bool keepCopy(const QSqlDatabase& database, int version) const;
 
     QString m_fileName;
     QString m_setAsideFile;
+    int m_salvagedRows = 0;
 };

@@ -222,8 +222,62 @@ private slots:
         QVERIFY(database.setAsideFile().contains(QDate::currentDate().toString(Qt::ISODate)));
         QCOMPARE(readFile(database.setAsideFile()), content);
         QCOMPARE(database.userVersion(), 6);
+        const int before = database.groups().size();
         QVERIFY(database.addGroup(QStringLiteral("new"), 0) > 0);
-        QCOMPARE(database.groups().size(), 1);
+        QCOMPARE(database.groups().size(), before + 1);
+    }
+
+    // Whatever page is bad, or where the file ends: what the others hold comes back, and nothing points nowhere.
+    void takesOverWhatCanBeReadOfADamagedFile()
+    {
+        constexpr int count = 400;
+        const auto hash = [](int i) { return QStringLiteral("%1").arg(i, 42, 10, QLatin1Char('0')); };
+        const QString sound = m_folder->filePath(QStringLiteral("sound.db"));
+        {
+            KrvUserDatabase database;
+            QVERIFY(database.open(sound));
+            QVERIFY(database.beginTransaction());
+            for (int i = 0; i < count; ++i) {
+                const int group = database.addGroup(QStringLiteral("group %1").arg(i), i / 2);
+                QVERIFY(group > 0 && database.setNote({hash(i)}, QString(100, QLatin1Char('n')) + QString::number(i)));
+                QVERIFY(database.addFontsToGroup({hash(i), hash(0)}, group));
+            }
+            QVERIFY(database.endTransaction(true));
+        }
+        const QByteArray bytes = readFile(sound);
+        int files = 0;
+        int groups = 0;
+        int notes = 0;
+        for (int at = 8192; at < bytes.size(); at += 4096) {
+            QByteArray damaged = bytes;
+            damaged.replace(at, 4096, QByteArray(4096, '\xA5'));
+            if (files % 4 == 3)
+                damaged.truncate(at);
+            writeFile(m_fileName, damaged);
+            {
+                KrvUserDatabase database;
+                QVERIFY(database.open(m_fileName));
+                if (database.setAsideFile().isEmpty())
+                    continue; // a page that is not in use
+                QCOMPARE(readFile(database.setAsideFile()), damaged);
+                ++files;
+                groups += database.groups().size();
+                for (int i = 0; i < count; ++i)
+                    notes += database.note(hash(i)).endsWith(QLatin1Char('n') + QString::number(i));
+            }
+            {
+                PlainFile file(m_fileName);
+                QCOMPARE(file.number(QStringLiteral("SELECT COUNT(*) FROM belongs_to WHERE id_font NOT IN "
+                                                    "(SELECT id FROM font) OR id_group NOT IN (SELECT id FROM "
+                                                    "`group`)")),
+                         0);
+                QCOMPARE(file.number(QStringLiteral("PRAGMA user_version")), 6);
+            }
+            QVERIFY(QFile::remove(m_fileName));
+        }
+        QVERIFY(files > 20);
+        QVERIFY2(groups > files * count * 7 / 10, qPrintable(QString::number(double(groups) / files)));
+        QVERIFY2(notes > files * count * 6 / 10, qPrintable(QString::number(double(notes) / files)));
     }
 
     void reportsWhatItCannotOpen()
