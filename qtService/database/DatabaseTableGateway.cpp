@@ -2,6 +2,7 @@
 
 #include "qtService/database/DatabaseTransaction.h"
 #include "qtService/database/FontDatabase.h"
+#include "qtService/database/FontDatabaseFile.h"
 
 #include <QDebug>
 #include <QSqlError>
@@ -98,6 +99,8 @@ bool DatabaseTableGateway<Column>::execute(QSqlQuery& query) const
     if (query.exec())
         return true;
     const QSqlError error = query.lastError();
+    if (fontdatabasefile::isDamage(error.nativeErrorCode()))
+        fontdatabasefile::suspect(m_connectionFactory->parameters().databaseName);
     qDebug().noquote() << gatewayName(Column(0)) << error.text() << "error type:" << int(error.type())
                        << query.lastQuery();
     const QMap<QString, QVariant> values = query.boundValues();

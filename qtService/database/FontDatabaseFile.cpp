@@ -90,6 +90,19 @@ bool keepPaths(const QString& databaseFileName, const QStringList& paths)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit();
 }
 
+QString suspicionName(const QString& fileName)
+{
+    return fileName + QStringLiteral(".suspect");
+}
+
+// Reads the whole file.
+bool isSound(const QSqlDatabase& database)
+{
+    QSqlQuery query(database);
+    return query.exec(QStringLiteral("PRAGMA quick_check(1)")) && query.next() &&
+           query.value(0).toString() == QLatin1String("ok");
+}
+
 QString freeName(const QString& fileName, const QString& reason)
 {
     const QString base = fileName + QLatin1Char('.') + reason + QLatin1Char('-') +
@@ -101,6 +114,15 @@ QString freeName(const QString& fileName, const QString& reason)
 }
 
 } // namespace
+
+void suspect(const QString& fileName)
+{
+    QFile mark(suspicionName(fileName));
+    if (mark.exists() || !mark.open(QIODevice::WriteOnly))
+        return;
+    qWarning().noquote()
+        << "U_ The catalogue of fonts seems to be damaged. It is checked when Kerval is started again.";
+}
 
 bool isDamage(const QString& nativeErrorCode)
 {
@@ -136,7 +158,14 @@ Condition inspect(const QString& fileName, const QStringList& fontColumns, int f
         return Foreign;
     const bool complete = std::all_of(fontColumns.cbegin(), fontColumns.cend(),
                                       [&](const QString& column) { return fields.contains(column); });
-    return complete && (version == formatVersion || version == 0) ? Current : Outdated;
+    if (!complete || (version != formatVersion && version != 0))
+        return Outdated;
+    if (!QFile::exists(suspicionName(fileName)))
+        return Current;
+    if (!isSound(database))
+        return Damaged;
+    QFile::remove(suspicionName(fileName));
+    return Current;
 }
 
 QString setAside(const QString& fileName, Condition condition)
@@ -149,6 +178,7 @@ QString setAside(const QString& fileName, Condition condition)
         qWarning().noquote() << "E_1_ Failed to delete the old database file" << fileName;
         return QString();
     }
+    QFile::remove(suspicionName(fileName));
     // A journal left behind would be applied to the new file.
     for (const QString& suffix : {QStringLiteral("-wal"), QStringLiteral("-shm"), QStringLiteral("-journal")})
         QFile::rename(fileName + suffix, target + suffix);

@@ -21,6 +21,10 @@ Condition inspect(const QString& fileName, const QStringList& fontColumns, int f
 // True when an error number of SQLite says that the file itself is at fault.
 bool isDamage(const QString& nativeErrorCode);
 
+// For whoever meets damage while the catalogue is in use: has the next inspect() read the whole file, for which a start
+// has no time otherwise.
+void suspect(const QString& fileName);
+
 // Moves the file and its journals to a dated name beside it, which is returned, after writing the paths of the fonts it
 // still tells of to "olddbfontfiles.ev". Empty when the file cannot be moved; it is then as it was.
 QString setAside(const QString& fileName, Condition condition);

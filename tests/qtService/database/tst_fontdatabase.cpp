@@ -143,6 +143,37 @@ private slots:
         QVERIFY(!strategy.addFont(fontAt(QStringLiteral("/fonts/new.ttf"))));
     }
 
+    // Features are not read at the start. Fonts could be neither added nor removed for ever after.
+    void damageMetInUseIsLookedIntoAtTheNextStart()
+    {
+        makeCatalogue(100);
+        int page = 0;
+        {
+            const FontDatabase database(m_file);
+            QSqlQuery query(database.connectionFactory()->database());
+            QVERIFY(query.exec(QStringLiteral("SELECT rootpage FROM sqlite_master WHERE name = "
+                                              "'index_feature_font_id'")));
+            QVERIFY(query.next());
+            page = query.value(0).toInt();
+        }
+        QByteArray bytes = readFile(m_file);
+        bytes.replace((page - 1) * 4096, 4096, QByteArray(4096, char(0xA5)));
+        writeFile(m_file, bytes);
+        {
+            const auto database = QSharedPointer<FontDatabase>::create(m_file);
+            QCOMPARE(database->fileState(), FontDatabase::Opened);
+            RelationalFontRepositoryStrategy strategy(database);
+            const QList<StaticFontPtr> fonts = strategy.fonts();
+            QCOMPARE(fonts.size(), 100);
+            QVERIFY(!strategy.removeFonts(fonts));
+        }
+        const auto database = QSharedPointer<FontDatabase>::create(m_file);
+        QCOMPARE(database->fileState(), FontDatabase::DamagedReplaced);
+        QVERIFY(RelationalFontRepositoryStrategy(database).addFont(fontAt(QStringLiteral("/fonts/new.ttf"))));
+        QVERIFY(readFile(m_folder->filePath(QStringLiteral("olddbfontfiles.ev"))).contains("/fonts/99.ttf\n"));
+        QCOMPARE(FontDatabase(m_file).fileState(), FontDatabase::Opened);
+    }
+
     void catalogueOfAnotherFormatIsReplaced_data()
     {
         QTest::addColumn<QString>("change");
@@ -287,18 +318,21 @@ private slots:
     }
 
 private:
+    void makeCatalogue(int count)
+    {
+        RelationalFontRepositoryStrategy strategy(QSharedPointer<FontDatabase>::create(m_file));
+        QList<StaticFontPtr> fonts;
+        for (int i = 0; i < count; ++i) {
+            fonts.append(fontAt(QStringLiteral("/fonts/%1.ttf").arg(i)));
+            fonts.last()->setDescription(QStringLiteral("some description that fills the page %1").arg(i));
+        }
+        QVERIFY(strategy.addFonts(fonts));
+    }
+
     // The damage lies behind the header, in the midst of the table.
     void makeCatalogueWithABadPage(int count)
     {
-        {
-            RelationalFontRepositoryStrategy strategy(QSharedPointer<FontDatabase>::create(m_file));
-            QList<StaticFontPtr> fonts;
-            for (int i = 0; i < count; ++i) {
-                fonts.append(fontAt(QStringLiteral("/fonts/%1.ttf").arg(i)));
-                fonts.last()->setDescription(QStringLiteral("some description that fills the page %1").arg(i));
-            }
-            QVERIFY(strategy.addFonts(fonts));
-        }
+        makeCatalogue(count);
         QByteArray bytes = readFile(m_file);
         const int middle = bytes.size() / 2 / 4096 * 4096;
         bytes.replace(middle, 4096, QByteArray(4096, char(0xA5)));
