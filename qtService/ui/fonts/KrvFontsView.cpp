@@ -28,8 +28,8 @@ constexpr int waitIndicatorDelayMs = 150;
 // However little the other columns leave.
 constexpr int leastPreviewWidth = 240;
 
-// Widths are for text of this height and grow with it.
-constexpr int defaultTextHeight = 15;
+// Widths are for letters of this width and grow with them.
+constexpr int defaultLetterWidth = 7;
 
 struct DefaultColumn
 {
@@ -132,10 +132,10 @@ void KrvFontsView::applyDefaultColumns()
     for (int column = 0; column < fonts::ColumnCount; ++column)
         header()->setSectionHidden(column, true);
     int position = 0;
-    const int textHeight = fontMetrics().height();
+    const int letterWidth = qMax(defaultLetterWidth, fontMetrics().horizontalAdvance(QLatin1Char('x')));
     for (const DefaultColumn& shown : defaultColumns) {
         header()->setSectionHidden(shown.column, false);
-        header()->resizeSection(shown.column, shown.width * qMax(defaultTextHeight, textHeight) / defaultTextHeight);
+        header()->resizeSection(shown.column, shown.width * letterWidth / defaultLetterWidth);
         header()->moveSection(header()->visualIndex(shown.column), position++);
     }
     m_previewFills = true;

@@ -193,8 +193,12 @@ void KrvFontManagerWindow::setupUi()
     bar->addWidget(spacer);
     m_search = new KrvFontsModelSearchBox(bar);
     bar->addWidget(m_search);
-    // The search must not slip into what does not fit any more.
-    setMinimumWidth(ui::onScreen(QRect(QPoint(), bar->sizeHint())).width());
+    // The search must not slip into what does not fit any more; on a screen too narrow for the captions they go
+    // instead.
+    const auto shownWidth = [bar] { return ui::onScreen(QRect(QPoint(), bar->sizeHint())).width(); };
+    if (shownWidth() < bar->sizeHint().width())
+        bar->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    setMinimumWidth(shownWidth());
 }
 
 void KrvFontManagerWindow::applyStyle()

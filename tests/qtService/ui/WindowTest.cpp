@@ -24,6 +24,7 @@
 #include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QSplitter>
 #include <QtTest>
@@ -340,6 +341,19 @@ private slots:
         KrvUiSettings::instance()->setValue(KrvUiSettings::SidMainWindowGeometry, QRect(9000, -9000, 700, 500));
         openWindow();
         QVERIFY(QGuiApplication::primaryScreen()->availableGeometry().contains(m_window->geometry().topLeft()));
+    }
+
+    void theSearchIsInSightOnANarrowScreen()
+    {
+        // No screen of the tests is wide enough for captions of this size.
+        const QFont usual = QApplication::font();
+        const auto restore = qScopeGuard([&usual] { QApplication::setFont(usual); });
+        QFont large = usual;
+        large.setPointSize(3 * large.pointSize());
+        QApplication::setFont(large);
+        m_window.reset();
+        openWindow();
+        QVERIFY(m_window->findChild<KrvFontsModelSearchBox*>()->isVisible());
     }
 
     void aLongNameDoesNotWidenTheWindow()
