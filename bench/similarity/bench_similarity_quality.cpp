@@ -5,6 +5,7 @@
 #include "bench/support/bench.h"
 
 #include "helpers/shape/GlyphDistance.h"
+#include "helpers/shape/Ordinariness.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -34,6 +35,7 @@ struct Face
     DesignLabels::Family label;
     NamedStyle style;
     QString mainClass;
+    float ordinariness = 1;
 
     bool isSerif() const { return label.kind == QLatin1String("serif") || label.kind == QLatin1String("monoserif"); }
     bool isMono() const { return label.kind.startsWith(QLatin1String("mono")); }
@@ -60,6 +62,18 @@ struct Share
 
 using Scores = QMap<QString, QMap<bool, Share>>; // what is measured -> held out -> share
 
+float ordinariness(const SurveyedFace& font)
+{
+    krv::Ordinariness ordinariness;
+    for (const char character : QueryLetters) {
+        const int letter = krv::featureLetterIndex(character);
+        const krv::GlyphFeatures& values = font.analysis.features[std::size_t(letter)];
+        if (krv::isMeasured(values))
+            ordinariness.add(letter, values.data());
+    }
+    return ordinariness.factor();
+}
+
 // One file for each face: outlines of one face in several formats would find each other.
 std::vector<Face> catalogue(const std::vector<SurveyedFace>& fonts, DesignLabels& labels,
                             QVector<QPair<int, int>>* formats)
@@ -81,7 +95,8 @@ std::vector<Face> catalogue(const std::vector<SurveyedFace>& fonts, DesignLabels
         }
         known.insert(key, int(faces.size()));
         const QString first = QString::fromStdString(font.analysis.classification).section(QLatin1String(", "), 0, 0);
-        faces.push_back({font, label, NamedStyle::of(font.family, font.style, font.postScriptName), first});
+        faces.push_back(
+            {font, label, NamedStyle::of(font.family, font.style, font.postScriptName), first, ordinariness(font)});
     }
     return faces;
 }
@@ -106,7 +121,7 @@ float distance(const Face& one, const Face& other)
     }
     if (common == 0)
         return Nowhere;
-    const float looks = sum / float(common) * (1 + 0.15F * float(missing));
+    const float looks = sum / float(common) * (1 + 0.15F * float(missing)) * other.ordinariness;
     return looks + (one.mainClass == other.mainClass ? 0 : OtherClass * std::min(1.0F, looks / NearLooks));
 }
 

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "helpers/shape/GlyphDistance.h"
+#include "helpers/shape/Ordinariness.h"
 
 namespace kerval::helpers {
 
@@ -60,6 +61,18 @@ float FaceComparison::distance(int one, int other) const
         return kIncomparable;
     }
     return sum / static_cast<float>(common) * (1 + kMissingPenalty * static_cast<float>(wanted - common));
+}
+
+float FaceComparison::ordinariness(int font) const
+{
+    krv::Ordinariness ordinariness;
+    for (int letter = 0; letter < m_folder.letterCount(); ++letter) {
+        const float* vector = m_folder.vector(letter, font);
+        if (isPresent(vector)) {
+            ordinariness.add(krv::featureLetterIndex(m_folder.character(letter)), vector);
+        }
+    }
+    return ordinariness.factor();
 }
 
 void FaceComparison::scan(int font, const std::vector<char>& marked, int begin, int end,

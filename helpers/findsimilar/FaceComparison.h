@@ -28,6 +28,8 @@ public:
     // For all faces, or for those with a mark; the others are incomparable.
     std::vector<float> distancesFrom(int font, const std::vector<char>& marked = {}) const;
     float distance(int one, int other) const;
+    // By the same letters; what the distances to the face are to be multiplied by.
+    float ordinariness(int font) const;
 
 private:
     void scan(int font, const std::vector<char>& marked, int begin, int end, std::vector<float>& distances) const;

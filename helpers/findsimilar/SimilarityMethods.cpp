@@ -1,6 +1,7 @@
 #include "helpers/findsimilar/SimilarityMethods.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "helpers/findsimilar/Harmony.h"
 #include "helpers/findsimilar/SmartChoice.h"
@@ -12,23 +13,45 @@ namespace {
 // A face of another class is further away than its few letters show: the class was judged by all of them. Looks this
 // near outweigh the judgement step by step: copies and cuts of one design that were judged differently stay neighbours.
 constexpr double kOtherClass = 0.2;
-constexpr float kNearLooks = 0.2F;
+constexpr double kNearLooks = 0.2;
+
+// How ordinary a face is moves it by some places, not by hundreds: only so many of the nearest are looked at again.
+void keepNearest(std::vector<Match>& matches, int limit)
+{
+    constexpr std::size_t least = 500;
+    constexpr std::size_t perMatch = 4;
+    const std::size_t kept = std::max(least, perMatch * static_cast<std::size_t>(std::max(limit, 0)));
+    if (kept < matches.size()) {
+        std::nth_element(matches.begin(), matches.begin() + static_cast<std::ptrdiff_t>(kept), matches.end(),
+                         [](const Match& a, const Match& b) {
+                             return a.deviance != b.deviance ? a.deviance < b.deviance : a.font < b.font;
+                         });
+        matches.resize(kept);
+    }
+}
 
 std::vector<Match> similarFaces(const FeatureFolder& folder, const SimilarityQuery& query)
 {
-    const std::vector<float> distances = FaceComparison(folder).distancesFrom(query.font, query.marked);
-    const std::string_view kind = folder.className(query.font);
+    const FaceComparison comparison(folder);
+    const std::vector<float> distances = comparison.distancesFrom(query.font, query.marked);
     std::vector<Match> matches;
     matches.reserve(distances.size());
     for (int font = 0; font < folder.count(); ++font) {
-        const float looks = distances[static_cast<std::size_t>(font)];
-        const double other = folder.className(font) == kind ? 0 : kOtherClass * std::min(1.0F, looks / kNearLooks);
-        matches.push_back({font, looks + other});
+        const auto place = static_cast<std::size_t>(font);
+        if (font == query.font && (query.marked.empty() || query.marked[place])) {
+            matches.push_back({font, -1}); // without any letter too, and before equal copies
+        } else if (std::isfinite(distances[place])) {
+            matches.push_back({font, distances[place]});
+        }
     }
-    // Equal copies of the face are at 0 as well, and the face itself still comes first. It is at 0 without any letter.
-    const auto self = static_cast<std::size_t>(query.font);
-    if (query.marked.empty() || query.marked[self]) {
-        matches[self].deviance = -1;
+    keepNearest(matches, query.limit);
+    const std::string_view kind = folder.className(query.font);
+    for (Match& match : matches) {
+        if (match.deviance > 0) {
+            const double looks = match.deviance * comparison.ordinariness(match.font);
+            const bool otherClass = folder.className(match.font) != kind;
+            match.deviance = looks + (otherClass ? kOtherClass * std::min(1.0, looks / kNearLooks) : 0);
+        }
     }
     matches = bestMatches(std::move(matches), query.limit);
     if (!matches.empty() && matches.front().deviance < 0) {

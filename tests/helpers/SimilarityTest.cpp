@@ -5,7 +5,7 @@
 #include "helpers/common/FeatureBlob.h"
 #include "helpers/common/FeatureFolderLayout.h"
 #include "helpers/findsimilar/DesignName.h"
-#include "helpers/shape/GlyphFeatures.h"
+#include "helpers/shape/Ordinariness.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <algorithm>
 #include <limits>
 #include <sqlite3.h>
 
@@ -166,6 +167,7 @@ private slots:
     void leftoversAreCleared();
     void nearestComeFirst();
     void nearLooksOutweighTheClass();
+    void ordinaryFacesFallBack();
     void idsOnInputRestrict();
     void missingLettersAreLeftOut();
     void damagedFoldersAreMadeAgain_data();
@@ -441,6 +443,30 @@ void SimilarityTest::nearLooksOutweighTheClass()
     m_catalogue->add(5, "SlabStranger-Regular", "Classic, Serif", 1.02F);
     QCOMPARE(extract(m_catalogue->path(), folder()).exitCode, 0);
     QCOMPARE(find(folder(), "similar", 1).ids, (QList<int>{1, 2, 3, 4, 5}));
+}
+
+// The ordinary face is near to everything: what shares a peculiarity with the one asked is more like it.
+void SimilarityTest::ordinaryFacesFallBack()
+{
+    const auto add = [this](int id, const char* name, float peculiarity) {
+        std::string blob;
+        for (const char character : featureAlphabet) {
+            const auto& ordinary = krv::kOrdinaryLetters[1][krv::featureLetterIndex(character)];
+            FeatureVector vector;
+            std::transform(std::begin(ordinary), std::end(ordinary), vector.begin(),
+                           [peculiarity](short thousandths) { return float(thousandths) / 1000 + peculiarity; });
+            appendFeature(blob, static_cast<unsigned char>(character), vector);
+        }
+        m_catalogue->addFont(id, name, "Modern");
+        m_catalogue->addBlob(id, blob);
+    };
+    add(1, "Peculiar-Regular", 0.02F);
+    add(2, "Ordinary-Regular", 0);
+    add(3, "MorePeculiar-Regular", 0.042F);
+    add(4, "OtherwisePeculiar-Regular", -0.03F);
+    QCOMPARE(extract(m_catalogue->path(), folder()).exitCode, 0);
+    QCOMPARE(find(folder(), "similar", 1).ids, (QList<int>{1, 3, 2, 4}));
+    QCOMPARE(find(folder(), "similar", 1, 2).ids, (QList<int>{1, 3}));
 }
 
 void SimilarityTest::idsOnInputRestrict()
