@@ -1198,6 +1198,22 @@ Tipp: Umschalt+Klick setzt einen Buchstaben wie i oder j zusammen</translation>
         <source>Optical</source>
         <translation>Optisch</translation>
     </message>
+    <message>
+        <source>From light to heavy</source>
+        <translation>Von leicht bis fett</translation>
+    </message>
+    <message>
+        <source>From narrow to wide</source>
+        <translation>Von schmal bis breit</translation>
+    </message>
+    <message>
+        <source>From upright to slanted</source>
+        <translation>Von gerade bis geneigt</translation>
+    </message>
+    <message>
+        <source>From small letters to large ones</source>
+        <translation>Von kleinen zu großen Buchstaben</translation>
+    </message>
 </context>
 <context>
     <name>KrvCharacterMapWidget</name>

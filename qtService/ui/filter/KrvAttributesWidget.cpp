@@ -9,7 +9,7 @@
 namespace {
 
 KrvAttributeSliderWidget* addSlider(QGridLayout* grid, int row, const char* label, const QString& labelText,
-                                    const char* slider, const QString& name)
+                                    const char* slider, const QString& name, const QString& scale)
 {
     QWidget* parent = grid->parentWidget();
     auto* caption = new QLabel(labelText, parent);
@@ -17,6 +17,7 @@ KrvAttributeSliderWidget* addSlider(QGridLayout* grid, int row, const char* labe
     auto* widget = new KrvAttributeSliderWidget(parent);
     widget->setObjectName(QLatin1String(slider));
     widget->setName(name);
+    widget->setToolTip(scale); // the steps have no captions
     grid->addWidget(caption, row, 0);
     grid->addWidget(widget, row, 1);
     return widget;
@@ -31,12 +32,14 @@ KrvAttributesWidget::KrvAttributesWidget(QWidget* parent)
     auto* grid = new QGridLayout(this);
     grid->setObjectName(QStringLiteral("gridLayout"));
     grid->setHorizontalSpacing(18);
-    m_weight = addSlider(grid, 0, "lblWight", tr("Weight"), "weightAttributeSlider", tr("Weight"));
-    m_width = addSlider(grid, 1, "lblWidth", tr("Width"), "widthAttributeSlider", tr("Width"));
-    m_italicAngle =
-        addSlider(grid, 2, "lblItalicAngle", tr("Italic angle"), "italicAngleAttributeSlider", tr("Italic"));
-    m_opticalSize =
-        addSlider(grid, 3, "lblOpticalSize", tr("Optical size"), "opticalSizeAttributeSlider", tr("Optical"));
+    m_weight =
+        addSlider(grid, 0, "lblWight", tr("Weight"), "weightAttributeSlider", tr("Weight"), tr("From light to heavy"));
+    m_width =
+        addSlider(grid, 1, "lblWidth", tr("Width"), "widthAttributeSlider", tr("Width"), tr("From narrow to wide"));
+    m_italicAngle = addSlider(grid, 2, "lblItalicAngle", tr("Italic angle"), "italicAngleAttributeSlider", tr("Italic"),
+                              tr("From upright to slanted"));
+    m_opticalSize = addSlider(grid, 3, "lblOpticalSize", tr("Optical size"), "opticalSizeAttributeSlider",
+                              tr("Optical"), tr("From small letters to large ones"));
     alignSliders();
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(4, 1);

@@ -160,9 +160,11 @@ QVariant KrvFontsViewModelPrivate::preview(int row) const
     request.fileName = font->fileName();
     request.faceIndex = font->faceIndex();
     request.pixelSize = m_previewSize;
-    request.text = m_previewText.isEmpty() ? fonts::defaultSampleText(font, false) : m_previewText;
+    // A row has room for one line.
+    const QString line = m_previewText.simplified();
+    request.text = line.isEmpty() ? fonts::defaultSampleText(font, false) : line;
     // What the user wrote is drawn as it stands, and missing letters show.
-    request.ownScript = m_previewText.isEmpty();
+    request.ownScript = line.isEmpty();
     request.correction = KrvFontMetrics::MetricsCorrection::fromString(font->fullMetricsCorrection());
     QImage image;
     return m_previews.find(request, &image) ? QVariant(image) : QVariant();

@@ -170,6 +170,13 @@ private slots:
         const QSize small = index.data().value<QImage>().size();
         model.setPreviewSize(60);
         QTRY_VERIFY(index.data().value<QImage>().height() > small.height());
+        // A row is one line high, whatever the user wrote.
+        const auto preview = [&index] { return index.data().value<QImage>(); };
+        model.setPreviewText(QStringLiteral("Hg Hg"));
+        QTRY_VERIFY(!preview().isNull());
+        const QImage line = preview();
+        model.setPreviewText(QStringLiteral("Hg\nHg\n"));
+        QTRY_COMPARE(preview(), line);
         // A font whose file is gone shows a message instead.
         QTRY_VERIFY(!model.indexOfFont(m_ids.first(), fonts::PreviewColumn).data().value<QImage>().isNull());
     }
