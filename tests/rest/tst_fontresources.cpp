@@ -7,6 +7,7 @@
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QThreadPool>
 #include <QtTest>
 
 class TestFontResources : public QObject
@@ -339,6 +340,34 @@ private slots:
             const QByteArray body = replies.at(i)->readAll();
             QVERIFY2(body.contains("\"id\":" + QByteArray::number(ids.at(i / 2))), body.constData());
         }
+    }
+
+    // Each of them holds a thread of the common pool while it waits for its turn; the one whose turn it is must not need
+    // another one.
+    void activationsAtTheSameTimeAllEnd()
+    {
+        constexpr int each = 60;
+        const QList<int> ids = m_library->addFonts(3 * each, [this](fms::StaticFont& font, int i) {
+            font.setFileName(m_library->addFile(QStringLiteral("together%1.ttf").arg(i)));
+        });
+        QThreadPool::globalInstance()->setMaxThreadCount(2);
+        QNetworkAccessManager manager;
+        QList<QNetworkReply*> replies;
+        for (int first = 0; first < ids.size(); first += each) {
+            QStringList asked;
+            for (const int id : ids.mid(first, each))
+                asked.append(QString::number(id));
+            QNetworkRequest request(
+                QUrl(QStringLiteral("http://127.0.0.1:%1/fonts/activity_change?id=%2")
+                         .arg(QString::number(m_library->server().port()), asked.join(QLatin1Char(',')))));
+            request.setHeader(QNetworkRequest::ContentTypeHeader, QByteArrayLiteral("application/json"));
+            replies.append(manager.post(request, "{\"activityType\":2}"));
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(std::all_of(replies.cbegin(), replies.cend(), [](auto* r) { return r->isFinished(); }),
+                                 30000);
+        QThreadPool::globalInstance()->setMaxThreadCount(QThread::idealThreadCount());
+        for (QNetworkReply* reply : qAsConst(replies))
+            QCOMPARE(reply->readAll().count("\"errorCode\":0"), each);
     }
 
     void fontsWithoutMeasuresAreAlikeToThemselvesOnly()

@@ -4,8 +4,8 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QThreadPool>
 #include <QXmlStreamReader>
-#include <QtConcurrentMap>
 
 #include <fontconfig/fontconfig.h>
 
@@ -255,8 +255,12 @@ void FontconfigDatabase::readAgain(const QStringList& folders)
         read(folders.constFirst());
         return;
     }
-    QStringList list = folders;
-    QtConcurrent::blockingMap(list, read);
+    // Threads of its own: the callers hold locks and run on threads of the common pool, all others of which may be
+    // waiting for those locks.
+    QThreadPool readers;
+    for (const QString& folder : folders)
+        readers.start([&read, folder] { read(folder); });
+    readers.waitForDone();
 }
 
 QStringList FontconfigDatabase::filesIn(const QString& folder)
