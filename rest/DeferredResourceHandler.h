@@ -22,10 +22,13 @@ public:
 
     using ResourceHandler::ResourceHandler;
 
-    // Begins on a request that has arrived whole, for one of methods(). `reply` is called on the main thread, once, now
-    // or later. The work lives as long as what is returned: it is dropped when the client has left or the server goes,
-    // and must then be given up; replies are ignored from there on. A reply may drop the work before it returns. The
-    // request is good for this call only.
+    // Whether a request of this method is begun on; the others are handled at once.
+    virtual bool defers(QHttpRequest::HttpMethod method) const { return methods().count(method) != 0; }
+
+    // Begins on a request that has arrived whole, for a method that is deferred. `reply` is called on the main thread,
+    // once, now or later. The work lives as long as what is returned: it is dropped when the client has left or the
+    // server goes, and must then be given up; replies are ignored from there on. A reply may drop the work before it
+    // returns. The request is good for this call only.
     virtual std::shared_ptr<void> begin(const QHttpRequest& request, const Reply& reply) = 0;
 };
 

@@ -1,11 +1,11 @@
 #include "rest/FontResourceHandler.h"
 
 #include "qtService/app/service/FontManagementService.h"
+#include "qtService/database/FindMathingFontsCommand.h"
 #include "qtService/database/KrvFontRepository.h"
 #include "rest/FontJson.h"
 #include "rest/FontSelection.h"
 #include "rest/http/QHttpResponse.h"
-#include "rest/waiting.h"
 
 #include <QJsonObject>
 #include <QUrlQuery>
@@ -25,55 +25,99 @@ int catalogueSize(const FontManagementService& service)
 
 } // namespace
 
+// One list on its way: what was asked for, and what came of it.
+struct FontResourceHandler::Listing
+{
+    Listing(FontManagementService& service, const QHttpRequest& request, const QHash<QString, QString>& parameters)
+        : selection(service, parameters, FontSelection::Similarity::Allowed)
+        , fontJson(service, requestOrigin(request))
+        , paging(Paging::fromQuery(parameters))
+        , linkUrl(requestOrigin(request))
+        , sortBy(parameters.value(QStringLiteral("sort_by")))
+        , isDescending(parameters.value(QStringLiteral("order")) == QLatin1String("desc"))
+        , showsPosition(!parameters.value(QStringLiteral("sort_method")).isEmpty())
+    {
+        linkUrl.setPath(request.path());
+    }
+
+    void write();
+    Answer answer() const;
+
+    const FontSelection selection;
+    FontJson fontJson;
+    const Paging paging;
+    QUrl linkUrl;
+    const QString sortBy;
+    const bool isDescending;
+    const bool showsPosition;
+    int count = 0;
+    QByteArray body;
+};
+
+void FontResourceHandler::Listing::write()
+{
+    QList<StaticFontPtr> fonts = selection.fonts();
+    count = fonts.size();
+    QHash<int, int> positions;
+    const bool isSorted = !sortBy.isEmpty() && sortBy != QLatin1String("#");
+    if (showsPosition && isSorted) {
+        for (int i = 0; i < count; ++i)
+            positions.insert(fonts.at(i)->id(), i);
+    }
+    if (isSorted)
+        FontSelection::sortByProperty(fonts, sortBy, isDescending);
+    JsonWriter json(body);
+    json.beginArray();
+    for (int i = paging.first(count); i < paging.last(count); ++i) {
+        const StaticFontPtr& font = fonts.at(i);
+        const int position = !showsPosition ? 0 : isSorted ? positions.value(font->id()) : i;
+        fontJson.write(json, *font, position);
+    }
+    json.endArray();
+}
+
+DeferredResourceHandler::Answer FontResourceHandler::Listing::answer() const
+{
+    Answer answer = json(body);
+    if (paging.isOn())
+        answer.headers.insert(QStringLiteral("Link"), linkHeader(linkUrl, paging, count));
+    if (paging.isPastEnd(count))
+        answer.status = QHttpResponse::STATUS_NOT_FOUND;
+    return answer;
+}
+
 FontResourceHandler::FontResourceHandler(const QSharedPointer<FontManagementService>& service)
-    : LibraryResourceHandler(service, {QHttpRequest::HTTP_DELETE, QHttpRequest::HTTP_GET, QHttpRequest::HTTP_POST})
+    : DeferredLibraryHandler(service, {QHttpRequest::HTTP_DELETE, QHttpRequest::HTTP_GET, QHttpRequest::HTTP_POST})
 {
 }
 
-int FontResourceHandler::get(QHttpRequest* request, Headers* headers, QByteArray* body)
+std::shared_ptr<void> FontResourceHandler::begin(const QHttpRequest& request, const Reply& reply)
 {
-    const QHash<QString, QString> parameters = queryParameters(request->url());
-    const QString sortBy = parameters.value(QStringLiteral("sort_by"));
-    const bool isDescending = parameters.value(QStringLiteral("order")) == QLatin1String("desc");
-    const bool showsPosition = !parameters.value(QStringLiteral("sort_method")).isEmpty();
-    const Paging paging = Paging::fromQuery(parameters);
-    QUrl linkUrl = requestOrigin(*request);
-    linkUrl.setPath(request->path());
+    switch (request.method()) {
+    case QHttpRequest::HTTP_GET:
+        return list(request, reply);
+    case QHttpRequest::HTTP_POST:
+        return changeActivity(request, reply);
+    default:
+        return removeFonts(request, reply);
+    }
+}
 
-    const FontSelection selection(service(), parameters, FontSelection::Similarity::Allowed);
-    FontJson fontJson(service(), requestOrigin(*request));
-    int count = 0;
-    const auto list = [&] {
-        QList<StaticFontPtr> fonts = selection.fonts();
-        count = fonts.size();
-        QHash<int, int> positions;
-        const bool isSorted = !sortBy.isEmpty() && sortBy != QLatin1String("#");
-        if (showsPosition && isSorted) {
-            for (int i = 0; i < count; ++i)
-                positions.insert(fonts.at(i)->id(), i);
-        }
-        if (isSorted)
-            FontSelection::sortByProperty(fonts, sortBy, isDescending);
-        JsonWriter json(*body);
-        json.beginArray();
-        for (int i = paging.first(count); i < paging.last(count); ++i) {
-            const StaticFontPtr& font = fonts.at(i);
-            const int position = !showsPosition ? 0 : isSorted ? positions.value(font->id()) : i;
-            fontJson.write(json, *font, position);
-        }
-        json.endArray();
-    };
-    // A similarity search is driven by this thread's events.
-    if (selection.isSimilaritySearch())
-        list();
-    else
-        runForFonts(catalogueSize(service()), list);
-
-    setJsonType(headers);
-    if (!paging.isOn())
-        return QHttpResponse::STATUS_OK;
-    headers->insert(QStringLiteral("Link"), linkHeader(linkUrl, paging, count));
-    return paging.isPastEnd(count) ? QHttpResponse::STATUS_NOT_FOUND : QHttpResponse::STATUS_OK;
+std::shared_ptr<void> FontResourceHandler::list(const QHttpRequest& request, const Reply& reply)
+{
+    const auto listing = std::make_shared<Listing>(service(), request, queryParameters(request.url()));
+    // A search that fails has found nothing.
+    if (const auto search = listing->selection.similaritySearch()) {
+        return pendingWork().runCommand(search, [listing, reply](bool) {
+            listing->write();
+            reply(listing->answer());
+        });
+    }
+    return pendingWork().runForFonts(
+        catalogueSize(service()), [listing] { listing->write(); },
+        [listing, reply](bool succeeded) {
+            reply(succeeded ? listing->answer() : status(QHttpResponse::STATUS_INTERNAL_SERVER_ERROR));
+        });
 }
 
 // The links carry page and page size only, and "last" names the page behind the last one that has fonts: clients know
@@ -98,52 +142,65 @@ QString FontResourceHandler::linkHeader(const QUrl& url, const Paging& paging, i
     return links.join(QStringLiteral(", "));
 }
 
-int FontResourceHandler::post(QHttpRequest* request, Headers* headers, QByteArray* body)
+std::shared_ptr<void> FontResourceHandler::changeActivity(const QHttpRequest& request, const Reply& reply)
 {
-    const auto object = jsonObject(request->body());
-    if (pathSection(request->path(), 2) != QLatin1String("activity_change") || !object)
-        return QHttpResponse::STATUS_BAD_REQUEST;
+    const auto answer = [&reply](int code) {
+        reply(status(code));
+        return nullptr;
+    };
+    const auto object = jsonObject(request.body());
+    if (pathSection(request.path(), 2) != QLatin1String("activity_change") || !object)
+        return answer(QHttpResponse::STATUS_BAD_REQUEST);
     const int activityType = object->value(QLatin1String("activityType")).toInt(-1);
     if (activityType < kerval::systemfm::Inactive || activityType > kerval::systemfm::PermanentlyActive)
-        return QHttpResponse::STATUS_BAD_REQUEST;
+        return answer(QHttpResponse::STATUS_BAD_REQUEST);
 
-    const FontSelection selection(service(), queryParameters(request->url()), FontSelection::Similarity::Ignored);
+    const FontSelection selection(service(), queryParameters(request.url()), FontSelection::Similarity::Ignored);
     const QList<int> ids = selection.fontIds();
     if (ids.isEmpty())
-        return QHttpResponse::STATUS_NOT_FOUND;
+        return answer(QHttpResponse::STATUS_NOT_FOUND);
 
     const auto command = service().setFontActivityType(ids, kerval::systemfm::ActivityType(activityType));
-    if (!command || !runCommand(*command))
-        return QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
-
-    QList<ActivityChangeResult> results = command->results().values();
-    std::sort(results.begin(), results.end(),
-              [](const ActivityChangeResult& a, const ActivityChangeResult& b) { return a.fontId < b.fontId; });
-    JsonWriter json(*body);
-    json.beginArray();
-    for (const ActivityChangeResult& result : qAsConst(results)) {
-        json.beginObject();
-        json.member(QLatin1String("id"), result.fontId);
-        json.member(QLatin1String("errorCode"), result.error);
-        json.member(QLatin1String("conflictingFont"), result.conflictingFontId);
-        json.endObject();
-    }
-    json.endArray();
-    setJsonType(headers);
-    return QHttpResponse::STATUS_OK;
+    return replyAfter(command, reply, [command] {
+        QList<ActivityChangeResult> results = command->results().values();
+        std::sort(results.begin(), results.end(),
+                  [](const ActivityChangeResult& a, const ActivityChangeResult& b) { return a.fontId < b.fontId; });
+        QByteArray body;
+        JsonWriter writer(body);
+        writer.beginArray();
+        for (const ActivityChangeResult& result : qAsConst(results)) {
+            writer.beginObject();
+            writer.member(QLatin1String("id"), result.fontId);
+            writer.member(QLatin1String("errorCode"), result.error);
+            writer.member(QLatin1String("conflictingFont"), result.conflictingFontId);
+            writer.endObject();
+        }
+        writer.endArray();
+        return json(body);
+    });
 }
 
-int FontResourceHandler::remove(QHttpRequest* request, Headers*, QByteArray*)
+std::shared_ptr<void> FontResourceHandler::removeFonts(const QHttpRequest& request, const Reply& reply)
 {
-    const FontSelection selection(service(), queryParameters(request->url()), FontSelection::Similarity::Allowed);
+    const auto selection =
+        std::make_shared<FontSelection>(service(), queryParameters(request.url()), FontSelection::Similarity::Allowed);
+    const auto search = selection->similaritySearch();
+    if (!search)
+        return removeSelected(*selection, reply);
+    const auto removal = std::make_shared<std::shared_ptr<void>>();
+    return pendingWork().runCommand(
+        search, [this, selection, removal, reply](bool) { *removal = removeSelected(*selection, reply); });
+}
+
+std::shared_ptr<void> FontResourceHandler::removeSelected(const FontSelection& selection, const Reply& reply)
+{
     const QList<int> ids = selection.fontIds();
-    if (ids.isEmpty())
-        return QHttpResponse::STATUS_NOT_FOUND;
+    if (ids.isEmpty()) {
+        reply(status(QHttpResponse::STATUS_NOT_FOUND));
+        return nullptr;
+    }
     // The command, because the features of the fonts go with them.
-    const auto command = service().removeFonts(ids);
-    if (!command || !runCommand(*command))
-        return QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
-    return QHttpResponse::STATUS_NO_CONTENT;
+    return replyAfter(service().removeFonts(ids), reply, [] { return status(QHttpResponse::STATUS_NO_CONTENT); });
 }
 
 } // namespace api::rest

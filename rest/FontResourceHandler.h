@@ -1,22 +1,27 @@
 #pragma once
 
+#include "rest/DeferredLibraryHandler.h"
 #include "rest/FontQuery.h"
-#include "rest/LibraryResourceHandler.h"
 
 namespace api::rest {
 
+class FontSelection;
+
 // "/fonts": lists the fonts that the query selects, changes their activity, removes them.
-class FontResourceHandler : public LibraryResourceHandler
+class FontResourceHandler : public DeferredLibraryHandler
 {
 public:
     explicit FontResourceHandler(const QSharedPointer<FontManagementService>& service);
 
-protected:
-    int get(QHttpRequest* request, Headers* headers, QByteArray* body) override;
-    int post(QHttpRequest* request, Headers* headers, QByteArray* body) override;
-    int remove(QHttpRequest* request, Headers* headers, QByteArray* body) override;
+    std::shared_ptr<void> begin(const QHttpRequest& request, const Reply& reply) override;
 
 private:
+    struct Listing;
+
+    std::shared_ptr<void> list(const QHttpRequest& request, const Reply& reply);
+    std::shared_ptr<void> changeActivity(const QHttpRequest& request, const Reply& reply);
+    std::shared_ptr<void> removeFonts(const QHttpRequest& request, const Reply& reply);
+    std::shared_ptr<void> removeSelected(const FontSelection& selection, const Reply& reply);
     static QString linkHeader(const QUrl& url, const Paging& paging, int count);
 };
 

@@ -1,6 +1,7 @@
 #include "rest/FontSelection.h"
 
 #include "qtService/app/service/FontManagementService.h"
+#include "qtService/database/FindMathingFontsCommand.h"
 #include "qtService/database/KrvFontRepository.h"
 #include "qtService/management/SimilarFontsGroup.h"
 #include "qtService/management/SystemFontGroupList.h"
@@ -111,6 +112,8 @@ FontSelection::FontSelection(FontManagementService& service, const QHash<QString
     const int limit = limitOf(parameters);
     m_similar = service.similarFontsGroup(baseFont, limit == 0 ? 10000 : limit,
                                           candidates(parameters.value(QStringLiteral("id"))), method);
+    if (m_similar)
+        m_search = m_similar->createFindMathingFontsCommand(MatchingCriteria::allOf(), true);
 }
 
 QSharedPointer<FontCollectionInterface> FontSelection::groupOrCatalogue(FontManagementService& service,
@@ -141,8 +144,8 @@ QList<StaticFontPtr> FontSelection::fonts() const
     if (!m_similar)
         return m_collection ? m_collection->findMatchingFonts(m_criteria) : QList<StaticFontPtr>();
 
-    // Loads the group, so that the search runs once for ranks and records.
-    const QList<int> ranked = m_similar->fontIdList();
+    // Empty when the search failed; else it has filled the group.
+    const QList<int> ranked = m_search->fontIds();
     QHash<int, int> rank;
     for (int i = 0; i < ranked.size(); ++i)
         rank.insert(ranked.at(i), i);

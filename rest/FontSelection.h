@@ -8,6 +8,7 @@
 #include <QSharedPointer>
 #include <QString>
 
+class FindMathingFontsCommand;
 class FontCollectionInterface;
 class FontManagementService;
 class SimilarFontsGroup;
@@ -15,8 +16,8 @@ class SimilarFontsGroup;
 namespace api::rest {
 
 // The fonts that a query string selects: a collection (the catalogue, a group, the result of a similarity search) and
-// criteria put to it. Made on the main thread. A similarity search runs an event loop there; other selections may be
-// asked for on any thread.
+// criteria put to it. Made on the main thread. A similarity search has to be run first, from that thread, and the
+// selection is asked for there; other selections may be asked for on any thread.
 class FontSelection
 {
 public:
@@ -28,7 +29,8 @@ public:
 
     FontSelection(FontManagementService& service, const QHash<QString, QString>& parameters, Similarity similarity);
 
-    bool isSimilaritySearch() const { return !m_similar.isNull(); }
+    // Null when nothing is to be searched for.
+    QSharedPointer<FindMathingFontsCommand> similaritySearch() const { return m_search; }
     // In the order of the collection; of a similarity search, best first.
     QList<StaticFontPtr> fonts() const;
     QList<int> fontIds() const;
@@ -42,6 +44,7 @@ private:
 
     QSharedPointer<FontCollectionInterface> m_collection;
     QSharedPointer<SimilarFontsGroup> m_similar;
+    QSharedPointer<FindMathingFontsCommand> m_search;
     MatchingCriteriaPtr m_criteria;
 };
 

@@ -5,7 +5,6 @@
 #include "qtService/management/platform_showfile.h"
 #include "rest/FontJson.h"
 #include "rest/http/QHttpResponse.h"
-#include "rest/waiting.h"
 
 #include <QJsonObject>
 
@@ -22,7 +21,7 @@ StaticFontPtr fontById(const FontManagementService& service, int id)
 } // namespace
 
 FontSignleResourceHandler::FontSignleResourceHandler(const QSharedPointer<FontManagementService>& service)
-    : LibraryResourceHandler(service, {QHttpRequest::HTTP_DELETE, QHttpRequest::HTTP_GET, QHttpRequest::HTTP_POST,
+    : DeferredLibraryHandler(service, {QHttpRequest::HTTP_DELETE, QHttpRequest::HTTP_GET, QHttpRequest::HTTP_POST,
                                        QHttpRequest::HTTP_PATCH})
 {
 }
@@ -49,15 +48,19 @@ int FontSignleResourceHandler::post(QHttpRequest* request, Headers*, QByteArray*
     return QHttpResponse::STATUS_NO_CONTENT;
 }
 
-int FontSignleResourceHandler::remove(QHttpRequest* request, Headers*, QByteArray*)
+bool FontSignleResourceHandler::defers(QHttpRequest::HttpMethod method) const
 {
-    const int id = idFromPath(request->path());
-    if (!fontById(service(), id))
-        return QHttpResponse::STATUS_BAD_REQUEST;
-    const auto command = service().removeFonts({id});
-    if (!command || !runCommand(*command))
-        return QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
-    return QHttpResponse::STATUS_NO_CONTENT;
+    return method == QHttpRequest::HTTP_DELETE;
+}
+
+std::shared_ptr<void> FontSignleResourceHandler::begin(const QHttpRequest& request, const Reply& reply)
+{
+    const int id = idFromPath(request.path());
+    if (!fontById(service(), id)) {
+        reply(status(QHttpResponse::STATUS_BAD_REQUEST));
+        return nullptr;
+    }
+    return replyAfter(service().removeFonts({id}), reply, [] { return status(QHttpResponse::STATUS_NO_CONTENT); });
 }
 
 int FontSignleResourceHandler::patch(QHttpRequest* request, Headers*, QByteArray*)

@@ -7,7 +7,6 @@
 #include "qtService/management/UserFontGroupList.h"
 #include "rest/JsonWriter.h"
 #include "rest/http/QHttpResponse.h"
-#include "rest/waiting.h"
 
 #include <QSet>
 
@@ -90,22 +89,37 @@ QList<int> groupsHolding(const QList<int>& fontIds, const KrvFontRepository& rep
 } // namespace
 
 GroupMembershipResourceHandler::GroupMembershipResourceHandler(const QSharedPointer<FontManagementService>& service)
-    : LibraryResourceHandler(service, {QHttpRequest::HTTP_GET, QHttpRequest::HTTP_POST, QHttpRequest::HTTP_DELETE})
+    : DeferredLibraryHandler(service, {QHttpRequest::HTTP_GET, QHttpRequest::HTTP_POST, QHttpRequest::HTTP_DELETE})
 {
 }
 
-int GroupMembershipResourceHandler::get(QHttpRequest* request, Headers* headers, QByteArray* body)
+std::shared_ptr<void> GroupMembershipResourceHandler::begin(const QHttpRequest& request, const Reply& reply)
 {
-    const QHash<QString, QString> parameters = queryParameters(request->url());
+    switch (request.method()) {
+    case QHttpRequest::HTTP_GET:
+        return list(request, reply);
+    case QHttpRequest::HTTP_POST:
+        return add(request, reply);
+    default:
+        return removeMemberships(request, reply);
+    }
+}
+
+std::shared_ptr<void> GroupMembershipResourceHandler::list(const QHttpRequest& request, const Reply& reply)
+{
+    const QHash<QString, QString> parameters = queryParameters(request.url());
     const QList<int> groupIds = numberList(parameters.value(QStringLiteral("groupId")));
     const QList<int> fontIdList = numberList(parameters.value(QStringLiteral("fontId")));
     const QSet<int> fontIds(fontIdList.cbegin(), fontIdList.cend());
     const QList<QSharedPointer<FontGroupList>> lists{service().systemFontGroups(), service().userFontGroups()};
     const auto repository = service().repository();
-    if (!repository || lists.contains({}))
-        return QHttpResponse::STATUS_SERVICE_UNAVAILABLE;
+    if (!repository || lists.contains({})) {
+        reply(status(QHttpResponse::STATUS_SERVICE_UNAVAILABLE));
+        return nullptr;
+    }
 
-    runForFonts(repository->fontCount(), [&] {
+    const auto body = std::make_shared<QByteArray>();
+    const auto write = [groupIds, fontIds, lists, body] {
         JsonWriter json(*body);
         json.beginArray();
         for (const QSharedPointer<FontGroupList>& list : lists) {
@@ -122,62 +136,66 @@ int GroupMembershipResourceHandler::get(QHttpRequest* request, Headers* headers,
             }
         }
         json.endArray();
+    };
+    return pendingWork().runForFonts(repository->fontCount(), write, [body, reply](bool succeeded) {
+        reply(succeeded ? json(*body) : status(QHttpResponse::STATUS_INTERNAL_SERVER_ERROR));
     });
-    setJsonType(headers);
-    return QHttpResponse::STATUS_OK;
 }
 
-int GroupMembershipResourceHandler::post(QHttpRequest* request, Headers* headers, QByteArray* body)
+std::shared_ptr<void> GroupMembershipResourceHandler::add(const QHttpRequest& request, const Reply& reply)
 {
-    const auto object = jsonObject(request->body());
-    if (!object)
-        return QHttpResponse::STATUS_BAD_REQUEST;
-    const int groupId = object->value(QLatin1String("groupId")).toInt();
-    const int fontId = object->value(QLatin1String("fontId")).toInt();
-    if (groupId < 1 || fontId < 1)
-        return QHttpResponse::STATUS_BAD_REQUEST;
+    const auto object = jsonObject(request.body());
+    const int groupId = object ? object->value(QLatin1String("groupId")).toInt() : 0;
+    const int fontId = object ? object->value(QLatin1String("fontId")).toInt() : 0;
+    if (groupId < 1 || fontId < 1) {
+        reply(status(QHttpResponse::STATUS_BAD_REQUEST));
+        return nullptr;
+    }
     // The command passes over fonts that are not catalogued; the client is told that nothing was added.
     const auto repository = service().repository();
-    if (!repository || !repository->containsFont(fontId))
-        return QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
-    const auto command = service().addFontsToGroups({groupId}, {fontId});
-    if (!command || !runCommand(*command))
-        return QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
-    JsonWriter json(*body);
-    writeMembership(json, groupId, fontId);
-    setJsonType(headers);
-    return QHttpResponse::STATUS_OK;
+    if (!repository || !repository->containsFont(fontId)) {
+        reply(status(QHttpResponse::STATUS_INTERNAL_SERVER_ERROR));
+        return nullptr;
+    }
+    return replyAfter(service().addFontsToGroups({groupId}, {fontId}), reply, [groupId, fontId] {
+        QByteArray body;
+        JsonWriter writer(body);
+        writeMembership(writer, groupId, fontId);
+        return json(body);
+    });
 }
 
-int GroupMembershipResourceHandler::remove(QHttpRequest* request, Headers*, QByteArray*)
+std::shared_ptr<void> GroupMembershipResourceHandler::removeMemberships(const QHttpRequest& request, const Reply& reply)
 {
-    const QString item = request->path().section(QLatin1Char('/'), 2);
+    const auto answer = [&reply](int code) {
+        reply(status(code));
+        return nullptr;
+    };
+    const QString item = request.path().section(QLatin1Char('/'), 2);
     const QString pair = item.endsWith(QLatin1Char('/')) ? item.chopped(1) : item;
-    const std::optional<Ids> given = pair.isEmpty() ? idsFromQuery(request->url()) : idsFromItem(pair);
+    const std::optional<Ids> given = pair.isEmpty() ? idsFromQuery(request.url()) : idsFromItem(pair);
     if (!given)
-        return QHttpResponse::STATUS_BAD_REQUEST;
+        return answer(QHttpResponse::STATUS_BAD_REQUEST);
 
     const auto userGroups = service().userFontGroups();
     const auto repository = service().repository();
     const KrvUserDatabase* const userDatabase = service().userDatabase();
     if (!userGroups || !repository || !userDatabase)
-        return QHttpResponse::STATUS_SERVICE_UNAVAILABLE;
+        return answer(QHttpResponse::STATUS_SERVICE_UNAVAILABLE);
     QList<int> groupIds = given->groups.isEmpty() ? userGroups->groupIdList() : given->groups;
     if (groupIds.isEmpty())
-        return QHttpResponse::STATUS_BAD_REQUEST;
+        return answer(QHttpResponse::STATUS_BAD_REQUEST);
     if (given->groups.isEmpty() && !given->fonts.isEmpty())
         groupIds = groupsHolding(given->fonts, *repository, *userDatabase);
     if (given->fonts.isEmpty()) {
         for (const int groupId : groupIds) {
             if (!service().clearGroup(groupId))
-                return QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
+                return answer(QHttpResponse::STATUS_INTERNAL_SERVER_ERROR);
         }
-        return QHttpResponse::STATUS_NO_CONTENT;
+        return answer(QHttpResponse::STATUS_NO_CONTENT);
     }
-    const auto command = service().removeFontsFromGroups(groupIds, given->fonts);
-    if (!command || !runCommand(*command))
-        return QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
-    return QHttpResponse::STATUS_NO_CONTENT;
+    return replyAfter(service().removeFontsFromGroups(groupIds, given->fonts), reply,
+                      [] { return status(QHttpResponse::STATUS_NO_CONTENT); });
 }
 
 } // namespace api::rest

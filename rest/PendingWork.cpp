@@ -1,8 +1,8 @@
-#include "rest/waiting.h"
+#include "rest/PendingWork.h"
 
 #include "qtService/app/core/AbstractAsynchronousCommand.h"
 
-#include <QEventLoop>
+#include <QDebug>
 #include <QFutureWatcher>
 #include <QtConcurrentRun>
 
@@ -13,7 +13,6 @@ namespace api::rest {
 namespace {
 
 constexpr int manyFonts = 1000;
-constexpr int ended = 1; // loops that return anything else were left because the program quits
 
 bool hasEnded(AbstractAsynchronousCommand::State state)
 {
@@ -23,49 +22,104 @@ bool hasEnded(AbstractAsynchronousCommand::State state)
 
 } // namespace
 
-bool runCommand(AbstractAsynchronousCommand& command)
+// Holds a command until it has ended.
+class PendingWork::Command : public QObject
 {
-    QEventLoop loop;
-    QObject::connect(&command, &AbstractAsynchronousCommand::stateChanged, &loop,
-                     [&loop](AbstractAsynchronousCommand::State state) {
-                         if (hasEnded(state))
-                             loop.exit(ended);
-                     });
-    command.start();
-    // An end that was announced before the loop runs has either changed the state already or is waiting as an event.
-    while (!hasEnded(command.state())) {
-        if (loop.exec() != ended)
-            break;
+public:
+    Command(const QSharedPointer<AbstractAsynchronousCommand>& command, const std::weak_ptr<Done>& asked,
+            QObject* parent)
+        : QObject(parent)
+        , m_command(command)
+        , m_asked(asked)
+    {
+        connect(m_command.data(), &AbstractAsynchronousCommand::stateChanged, this, &Command::onStateChanged);
     }
-    return command.state() == AbstractAsynchronousCommand::Finished;
-}
 
-void runInBackground(const std::function<void()>& work)
+private:
+    void onStateChanged(AbstractAsynchronousCommand::State state)
+    {
+        if (!hasEnded(state))
+            return;
+        m_command->disconnect(this);
+        deleteLater();
+        if (const auto done = m_asked.lock())
+            (*done)(state == AbstractAsynchronousCommand::Finished);
+    }
+
+    const QSharedPointer<AbstractAsynchronousCommand> m_command;
+    const std::weak_ptr<Done> m_asked;
+};
+
+class PendingWork::Job : public QObject
 {
-    std::exception_ptr failure;
-    QFutureWatcher<void> watcher;
-    QEventLoop loop;
-    QObject::connect(&watcher, &QFutureWatcher<void>::finished, &loop, [&loop] { loop.exit(ended); });
-    watcher.setFuture(QtConcurrent::run([&] {
+public:
+    Job(const std::function<void()>& work, const std::weak_ptr<Done>& asked, QThreadPool* pool, QObject* parent)
+        : QObject(parent)
+        , m_work(work)
+        , m_asked(asked)
+    {
+        connect(&m_running, &QFutureWatcher<bool>::finished, this, &Job::onFinished);
+        m_running.setFuture(QtConcurrent::run(pool, [this] { return run(); }));
+    }
+
+    ~Job() override { m_running.waitForFinished(); }
+
+private:
+    bool run() const
+    {
         try {
-            work();
-        } catch (...) {
-            failure = std::current_exception();
+            m_work();
+            return true;
+        } catch (const std::exception& error) {
+            // An answer too large for the memory must not end the service.
+            qWarning() << "E_0_"
+                       << "A request failed:" << error.what();
+            return false;
         }
-    }));
-    if (!watcher.isFinished())
-        loop.exec();
-    watcher.waitForFinished();
-    if (failure)
-        std::rethrow_exception(failure);
+    }
+
+    void onFinished()
+    {
+        deleteLater();
+        if (const auto done = m_asked.lock())
+            (*done)(m_running.result());
+    }
+
+    const std::function<void()> m_work;
+    const std::weak_ptr<Done> m_asked;
+    QFutureWatcher<bool> m_running;
+};
+
+PendingWork::PendingWork(QObject* parent)
+    : QObject(parent)
+{
 }
 
-void runForFonts(int fontCount, const std::function<void()>& work)
+PendingWork::~PendingWork()
 {
-    if (fontCount > manyFonts)
-        runInBackground(work);
-    else
+    // Before the pool that they run in.
+    qDeleteAll(findChildren<QObject*>(QString(), Qt::FindDirectChildrenOnly));
+}
+
+std::shared_ptr<void> PendingWork::runCommand(const QSharedPointer<AbstractAsynchronousCommand>& command,
+                                              const Done& done)
+{
+    const auto asked = std::make_shared<Done>(done);
+    new Command(command, asked, this);
+    command->start();
+    return asked;
+}
+
+std::shared_ptr<void> PendingWork::runForFonts(int fontCount, const std::function<void()>& work, const Done& done)
+{
+    if (fontCount <= manyFonts) {
         work();
+        done(true);
+        return nullptr;
+    }
+    const auto asked = std::make_shared<Done>(done);
+    new Job(work, asked, &m_pool, this);
+    return asked;
 }
 
 } // namespace api::rest

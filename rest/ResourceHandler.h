@@ -16,9 +16,7 @@ namespace api::rest {
 // the constructor, which is what OPTIONS lists. An operation fills headers and body and returns the status code; the
 // methods it does not override answer 405.
 //
-// Handlers live on the main thread. An operation that waits (see waiting.h) runs an event loop, through which the same
-// handler is entered again for another client: state between request and answer stays in the operation's own frame, and
-// the request is not touched after a wait.
+// Handlers live on the main thread. Operations do not wait for anything; what has to is a DeferredResourceHandler.
 class ResourceHandler
 {
 public:

@@ -110,7 +110,7 @@ void Server::onBodyLoaded()
         refuse(response, QHttpResponse::STATUS_SERVICE_UNAVAILABLE);
     } else {
         auto* deferred = dynamic_cast<DeferredResourceHandler*>(route->handler.get());
-        if (deferred && deferred->methods().count(QHttpRequest::HttpMethod(request->method())) != 0)
+        if (deferred && deferred->defers(QHttpRequest::HttpMethod(request->method())))
             begin(request, response, *deferred);
         else
             dispatch(request, response, std::shared_ptr<ResourceHandler>(route->handler));
@@ -150,7 +150,16 @@ void Server::begin(QHttpRequest* request, const QPointer<QHttpResponse>& respons
         send(response, answer.status, answer.headers, answer.body, isPrivate);
         forget();
     };
-    std::shared_ptr<void> work = handler.begin(*request, reply);
+    std::shared_ptr<void> work;
+    try {
+        work = handler.begin(*request, reply);
+    } catch (const std::exception& error) {
+        qWarning() << "E_0_"
+                   << "A request failed:" << error.what();
+        DeferredResourceHandler::Answer failed;
+        failed.status = QHttpResponse::STATUS_INTERNAL_SERVER_ERROR;
+        reply(failed);
+    }
     const auto entry = m_deferred.find(key);
     if (entry != m_deferred.end())
         entry->second = std::move(work);

@@ -342,8 +342,8 @@ private slots:
         }
     }
 
-    // Each of them holds a thread of the common pool while it waits for its turn; the one whose turn it is must not need
-    // another one.
+    // Each of them holds a thread of the common pool while it waits for its turn; the one whose turn it is must not
+    // need another one.
     void activationsAtTheSameTimeAllEnd()
     {
         constexpr int each = 60;
