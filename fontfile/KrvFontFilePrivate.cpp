@@ -3,6 +3,7 @@
 #include "fontfile/FreeTypeLibraryRegistry.h"
 #include "fontfile/KrvFontFileCache.h"
 #include "fontfile/KrvShapingFont.h"
+#include "fontfile/platform_mappingguard.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -76,6 +77,7 @@ KrvFontFilePrivate::~KrvFontFilePrivate()
         // Destroyed on a foreign thread: the face, what it reads and what was made from it stay as they are, because
         // they belong to a library that the owning thread may be using at this moment.
         m_shapingFont.release();
+        m_guard.release();
         m_file.release();
     }
 }
@@ -108,6 +110,8 @@ bool KrvFontFilePrivate::mapAndOpen(const QString& path, int faceIndex)
     m_file = std::make_unique<QFile>(path);
     if (library && m_file->open(QIODevice::ReadOnly))
         m_data = m_file->map(0, m_file->size());
+    if (m_data)
+        m_guard = std::make_unique<MappingGuard>(m_data, m_file->size());
     FT_Face face = nullptr;
     if (!m_data || FT_New_Memory_Face(library, m_data, FT_Long(m_file->size()), faceIndex, &face) != 0) {
         releaseFile();
@@ -134,6 +138,7 @@ void KrvFontFilePrivate::close()
 
 void KrvFontFilePrivate::releaseFile()
 {
+    m_guard.reset();
     if (m_data)
         m_file->unmap(m_data);
     m_data = nullptr;

@@ -10,6 +10,7 @@
 
 class KrvFontFileCache;
 class KrvShapingFont;
+class MappingGuard;
 class QFile;
 
 // The state of a KrvFontFile. Owns the mapped file, the FreeType face on it and everything computed from the face.
@@ -59,6 +60,7 @@ private:
     KrvFontMetrics::MetricsCorrection m_correction;
     std::unique_ptr<QFile> m_file;
     uchar* m_data = nullptr;
+    std::unique_ptr<MappingGuard> m_guard;
     QString m_fileName;
     FT_Face m_face = nullptr;
     unsigned int m_lastGlyph = 0;

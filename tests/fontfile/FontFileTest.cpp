@@ -42,6 +42,7 @@ private slots:
     void characterMapsAreListedAndSelected();
     void otherThreadsSeeNothing();
     void setFileMovesToAnotherFont();
+    void aFileMayBeCutOffWhileItIsOpen();
 
 private:
     QString save(const QString& name, const QByteArray& data)
@@ -271,6 +272,26 @@ void FontFileTest::setFileMovesToAnotherFont()
     QCOMPARE(font.fileName(), dejaVu());
     QVERIFY(!font.setFile(QStringLiteral("/nowhere"), 0));
     QVERIFY(!font.isOpen());
+}
+
+// As by a program that copies another file over it.
+void FontFileTest::aFileMayBeCutOffWhileItIsOpen()
+{
+    const QString path = save(QStringLiteral("cut.ttf"), readFile(dejaVu()));
+    KrvFontFile font(path);
+    QVERIFY(font.open(0));
+    font.setPixelSize(20);
+    QVERIFY(QFile::resize(path, 5000));
+    for (ushort c = 'A'; c < 0x2000; ++c)
+        font.loadCharacter(c);
+    font.characters();
+    font.close();
+    QVERIFY(!font.open(0) || font.characters().isEmpty());
+
+    // The next mapping may lie at the same place.
+    KrvFontFile whole(dejaVu());
+    QVERIFY(whole.open(0));
+    QVERIFY(whole.characters().contains('A'));
 }
 
 KERVAL_TEST(FontFileTest)
