@@ -178,7 +178,7 @@ void KrvFontManagerWindow::setupUi()
     m_details->setAcceptDrops(true);
     m_listDetailsSplitter->setStretchFactor(0, 1);
     m_listDetailsSplitter->setStretchFactor(1, 0);
-    m_listDetailsSplitter->setSizes({firstListHeight, firstDetailsHeight});
+    restoreDetailsSizes({firstListHeight, firstDetailsHeight});
 
     menuBar()->setObjectName(QStringLiteral("menubar"));
     QToolBar* bar = addToolBar(tr("Tools"));
@@ -264,7 +264,7 @@ void KrvFontManagerWindow::connectPanes()
     connect(m_previewSettings, &KrvPreviewTextSettingsWidget::previewSizeChanged, m_details,
             &KrvFontDetailsTabWidget::setPreviewSize);
     m_details->setPreviewText(m_view->previewText());
-    connect(m_actions->showDetails, &QAction::toggled, m_details, &QWidget::setVisible);
+    connect(m_actions->showDetails, &QAction::toggled, this, &KrvFontManagerWindow::showDetails);
 
     connect(m_sideBar, &SideBarWidget::groupIdSelected, this, &KrvFontManagerWindow::onGroupSelected);
     connect(m_sideBar, &SideBarWidget::contextMenuRequested, this, &KrvFontManagerWindow::showSideBarContextMenu);
@@ -281,73 +281,6 @@ void KrvFontManagerWindow::addShortcuts()
     search->setShortcut(QKeySequence::Find);
     connect(search, &QAction::triggered, m_search, &KrvFontsModelSearchBox::startSearch);
     addAction(search);
-}
-
-void KrvFontManagerWindow::restoreSettings()
-{
-    const Settings* settings = Settings::instance();
-    if (settings->contains(Settings::SidMainWindowGeometry))
-        setGeometry(ui::onScreen(settings->value(Settings::SidMainWindowGeometry).toRect()));
-    if (settings->contains(Settings::SidListDetailsSplitterSizes))
-        m_listDetailsSplitter->setSizes(settings->value(Settings::SidListDetailsSplitterSizes).value<QList<int>>());
-    if (settings->contains(Settings::SidListToolsSplitterSizes))
-        restoreToolsSizes(settings->value(Settings::SidListToolsSplitterSizes).value<QList<int>>());
-    if (settings->contains(Settings::SidFontDetailsShown))
-        m_actions->showDetails->setChecked(settings->value(Settings::SidFontDetailsShown).toBool());
-    if (settings->contains(Settings::SidFontListToolsTabId))
-        m_filterButtons->setCurrentPage(settings->value(Settings::SidFontListToolsTabId).toInt());
-}
-
-void KrvFontManagerWindow::restoreToolsSizes(const QList<int>& sizes)
-{
-    if (sizes.size() != m_listToolsSplitter->count())
-        return;
-    m_toolsHeight = sizes.last();
-    m_listToolsSplitter->setSizes(sizes);
-}
-
-void KrvFontManagerWindow::saveSettings()
-{
-    Settings* settings = Settings::instance();
-    // A maximised window's geometry is the screen's; the one to come back to is the one before.
-    settings->setValue(Settings::SidMainWindowGeometry, isMaximized() ? normalGeometry() : geometry());
-    settings->setValue(Settings::SidListDetailsSplitterSizes, QVariant::fromValue(m_listDetailsSplitter->sizes()));
-    // The splitter counts a page that is put away as nothing; it comes back as high as it was.
-    QList<int> toolsSizes = m_listToolsSplitter->sizes();
-    if (m_tools->isHidden())
-        toolsSizes.last() = m_toolsHeight;
-    settings->setValue(Settings::SidListToolsSplitterSizes, QVariant::fromValue(toolsSizes));
-    settings->setValue(Settings::SidFontDetailsShown, m_actions->showDetails->isChecked());
-    settings->setValue(Settings::SidFontListToolsTabId, m_filterButtons->currentPage());
-}
-
-void KrvFontManagerWindow::restoreFilters()
-{
-    const Settings* settings = Settings::instance();
-    if (settings->contains(Settings::SidFilteringCriteria))
-        m_filters = settings->value(Settings::SidFilteringCriteria).value<FontFiltersState>();
-    const FontFiltersState state = m_filters;
-    {
-        const QSignalBlocker blocker(m_filterPanel);
-        m_filterPanel->setEnabledFormats(state.formats());
-        m_filterPanel->setSerifsEnabled(state.serifs());
-        m_filterPanel->setSansSerifsEnabled(state.sanserifs());
-        m_filterPanel->setMonosEnabled(state.monospaced());
-        m_filterPanel->setNonMonosEnabled(state.nonMonospaced());
-        m_filterPanel->setSymbolsEnabled(state.symbols());
-        m_filterPanel->setNonSymbolsEnabled(state.nonsymbols());
-        m_filterPanel->setSelectedCharacterRanges(state.unicodeSubsets());
-    }
-    const QList<QPair<KrvAttributeSliderWidget*, int>> sliders{{m_attributes->weightSlider(), state.weight()},
-                                                               {m_attributes->widthSlider(), state.width()},
-                                                               {m_attributes->italicAngleSlider(), state.angle()},
-                                                               {m_attributes->opticalSizeSlider(), state.optsize()}};
-    for (const auto& [slider, value] : sliders) {
-        const QSignalBlocker blocker(slider);
-        slider->setValue(qMax(1, value));
-        slider->setSliderEnabled(value > 0);
-    }
-    m_search->setFontFiltersState(&m_filters);
 }
 
 void KrvFontManagerWindow::show()

@@ -138,6 +138,8 @@ private:
     void addShortcuts();
     void restoreSettings();
     void restoreToolsSizes(const QList<int>& sizes);
+    void restoreDetailsSizes(const QList<int>& sizes);
+    void showDetails(bool shown);
     void saveSettings();
     void restoreFilters();
     void applyStyle();
@@ -190,7 +192,9 @@ private:
     KrvFontsView* m_view;
     FilterButtonsWidget* m_filterButtons;
     QStackedWidget* m_tools;
-    int m_toolsHeight = 0; // when they are shown
+    // When they are shown.
+    int m_toolsHeight = 0;
+    int m_detailsHeight = 0;
     KrvAttributesWidget* m_attributes;
     KrvFiltersWidget* m_filterPanel;
     KrvPreviewTextSettingsWidget* m_previewSettings;

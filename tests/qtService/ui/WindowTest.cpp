@@ -312,9 +312,15 @@ private slots:
         QTRY_COMPARE(model()->rowCount(), 0);
         const auto tools = [this] { return m_window->findChild<QWidget*>(QStringLiteral("filterWidgetsStack")); };
         auto* splitter = m_window->findChild<QSplitter*>(QStringLiteral("spltrFontListFilters"));
+        m_window->resize(1221, 703);
+        auto* detailsSplitter = m_window->findChild<QSplitter*>(QStringLiteral("spltrFontListFontDetails"));
+        QTest::mouseClick(filters, Qt::LeftButton);
+        detailsSplitter->setSizes({detailsSplitter->height() - 261, 261});
+        const int detailsHeight = m_window->findChild<QWidget*>(QStringLiteral("detailsWidget"))->height();
+        QVERIFY(detailsHeight > 240);
+        QTest::mouseClick(filters, Qt::LeftButton);
         action("actionShowFontDetails")->trigger();
         QTRY_VERIFY(splitter->height() > 400);
-        m_window->resize(1221, 703);
         splitter->setSizes({splitter->height() - 201, 201});
         const int height = tools()->height();
         QVERIFY(height > 180);
@@ -328,7 +334,10 @@ private slots:
         filters = m_window->findChild<QPushButton*>(QStringLiteral("btnFitlers"));
         QTest::mouseClick(filters, Qt::LeftButton);
         QTRY_COMPARE(tools()->height(), height);
+        QTest::mouseClick(filters, Qt::LeftButton);
         action("actionShowFontDetails")->trigger();
+        QTRY_COMPARE(m_window->findChild<QWidget*>(QStringLiteral("detailsWidget"))->height(), detailsHeight);
+        QTest::mouseClick(filters, Qt::LeftButton);
         QVERIFY(m_window->findChild<QCheckBox*>(QStringLiteral("openTypeCheckBox"))->isVisible());
         QVERIFY(!m_window->findChild<QCheckBox*>(QStringLiteral("trueTypeCheckBox"))->isChecked());
         action("actionResetFilters")->trigger();
