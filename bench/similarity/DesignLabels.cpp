@@ -48,12 +48,15 @@ const DesignLabels::Family& DesignLabels::family(const QString& name)
             family.redrawn.insert(rule.name);
         else if (rule.kind == QLatin1String("kin"))
             family.kin.insert(rule.name);
+        else if (rule.kind == QLatin1String("genre"))
+            family.genre.insert(rule.name);
         else
             family.alike.insert(rule.name);
     }
     // Groups of one name include each other; one that no other family has does no harm.
     family.redrawn.unite(family.cuts);
     family.alike.unite(family.redrawn);
+    family.genre.unite(family.alike);
     family.heldOut = m_heldOut.contains(name);
     return *m_families.insert(name, family);
 }

@@ -15,6 +15,7 @@ public:
         QSet<QString> cuts;
         QSet<QString> redrawn;
         QSet<QString> alike;
+        QSet<QString> genre;
         QSet<QString> kin;
         bool heldOut = false;
     };
@@ -25,7 +26,7 @@ public:
 private:
     struct Rule
     {
-        QString kind; // "class", "cut", "redrawn", "alike" or "kin"
+        QString kind; // "class", "cut", "redrawn", "alike", "genre" or "kin"
         QString name;
         QString pattern;
     };

@@ -177,13 +177,14 @@ void judgeFace(const std::vector<Face>& faces, int asked, Distance distance, Sco
     const Face& face = faces[asked];
     const int count = int(faces.size());
     QVector<float> distances(count);
-    QVector<char> cut(count), redrawn(count), alike(count), kin(count), own(count), copy(count);
+    QVector<char> cut(count), redrawn(count), alike(count), genre(count), kin(count), own(count), copy(count);
     for (int i = 0; i < count; ++i) {
         const Face& other = faces[i];
         distances[i] = i == asked ? Nowhere : distance(face, other);
         cut[i] = face.label.cuts.intersects(other.label.cuts);
         redrawn[i] = face.label.redrawn.intersects(other.label.redrawn);
         alike[i] = face.label.alike.intersects(other.label.alike);
+        genre[i] = face.label.genre.intersects(other.label.genre);
         kin[i] = face.label.kin.intersects(other.label.kin);
         own[i] = other.font.family == face.font.family;
         copy[i] = i == asked || (own[i] && other.style == face.style);
@@ -212,13 +213,16 @@ void judgeFace(const std::vector<Face>& faces, int asked, Distance distance, Sco
             [&](int i, const Face&) { return !cut[i] && !own[i] && !redrawn[i] && !kin[i]; });
     }
     if (asksForAlike(faces, asked)) {
-        const auto like = [&](int i, const Face& other) {
-            return alike[i] && !cut[i] && !redrawn[i] && !kin[i] && !own[i] && other.style == face.style;
+        const auto other = [&](int i, const Face& it) {
+            return !cut[i] && !redrawn[i] && !kin[i] && !own[i] && it.style == face.style;
         };
-        const auto unlike = [&](int i, const Face& other) {
-            return !alike[i] && !cut[i] && !redrawn[i] && !kin[i] && !own[i] && other.style == face.style;
-        };
+        const auto like = [&](int i, const Face& it) { return alike[i] && other(i, it); };
+        const auto unlike = [&](int i, const Face& it) { return !alike[i] && other(i, it); };
         ask(QStringLiteral("alike design first"), like, unlike);
+        ask(
+            QStringLiteral("design of the genre first"),
+            [&](int i, const Face& it) { return genre[i] && other(i, it); },
+            [&](int i, const Face& it) { return !genre[i] && other(i, it); });
         for (int b = 0; b < count; ++b) {
             for (int c = 0; b != asked && like(b, faces[b]) && c < count; ++c) {
                 if (c != asked && unlike(c, faces[c]) && faces[c].kind() == face.kind() && distances[b] < Nowhere)
