@@ -179,7 +179,7 @@ std::shared_ptr<void> GroupMembershipResourceHandler::removeMemberships(const QH
 
     const auto userGroups = service().userFontGroups();
     const auto repository = service().repository();
-    const KrvUserDatabase* const userDatabase = service().userDatabase();
+    KrvUserDatabase* const userDatabase = service().userDatabase();
     if (!userGroups || !repository || !userDatabase)
         return answer(QHttpResponse::STATUS_SERVICE_UNAVAILABLE);
     QList<int> groupIds = given->groups.isEmpty() ? userGroups->groupIdList() : given->groups;
@@ -188,11 +188,8 @@ std::shared_ptr<void> GroupMembershipResourceHandler::removeMemberships(const QH
     if (given->groups.isEmpty() && !given->fonts.isEmpty())
         groupIds = groupsHolding(given->fonts, *repository, *userDatabase);
     if (given->fonts.isEmpty()) {
-        for (const int groupId : groupIds) {
-            if (!service().clearGroup(groupId))
-                return answer(QHttpResponse::STATUS_INTERNAL_SERVER_ERROR);
-        }
-        return answer(QHttpResponse::STATUS_NO_CONTENT);
+        return answer(userDatabase->clearGroups(groupIds) ? QHttpResponse::STATUS_NO_CONTENT
+                                                          : QHttpResponse::STATUS_INTERNAL_SERVER_ERROR);
     }
     return replyAfter(service().removeFontsFromGroups(groupIds, given->fonts), reply,
                       [] { return status(QHttpResponse::STATUS_NO_CONTENT); });

@@ -113,6 +113,8 @@ public:
     bool updateGroup(int groupId, const QString& name, int parentId);
     bool renameGroup(int groupId, const QString& name);
     bool clearGroup(int groupId);
+    // All or none.
+    bool clearGroups(const QList<int>& groupIds);
     // False when there is no such group.
     bool addFontsToGroup(const QList<FontHash>& fontHashes, int groupId);
     bool removeFontsFromGroup(const QList<FontHash>& fontHashes, int groupId);

@@ -105,16 +105,23 @@ bool KrvUserDatabase::renameGroup(int groupId, const QString& name)
 
 bool KrvUserDatabase::clearGroup(int groupId)
 {
+    return clearGroups({groupId});
+}
+
+bool KrvUserDatabase::clearGroups(const QList<int>& groupIds)
+{
     UserDatabaseTransaction transaction(*this);
     if (!transaction.isActive())
         return false;
-    QSqlQuery query(connection());
-    if (!prepare(query, QStringLiteral("DELETE FROM `belongs_to`\nWHERE id_group = :id_group")))
+    QVariantList ids;
+    for (const int groupId : groupIds)
+        ids.append(groupId);
+    if (!executeForAll(QStringLiteral("DELETE FROM `belongs_to`\nWHERE id_group IN (%1)"), {}, ids))
         return false;
-    query.bindValue(0, groupId);
-    if (!execute(query))
-        return false;
-    announce([this, groupId] { emit groupCleared(groupId); });
+    announce([this, groupIds] {
+        for (const int groupId : groupIds)
+            emit groupCleared(groupId);
+    });
     return transaction.commit();
 }
 
