@@ -11,6 +11,7 @@
 #include "tests/support/testregistry.h"
 #include "tests/support/testtree.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -122,6 +123,10 @@ private slots:
         const int two = width();
         QTest::keyClicks(text()->lineEdit(), QStringLiteral("AB"));
         QVERIFY2(width() > 1.8 * two && width() < 2.3 * two, qPrintable(QString::number(width())));
+        // Who does not see the pictures is told of them.
+        QTest::keyClicks(text()->lineEdit(), QStringLiteral(" %2"));
+        auto* table = QAccessible::queryAccessibleInterface(rows)->tableInterface();
+        QCOMPARE(table->cellAt(16, 0)->text(QAccessible::Name), QStringLiteral("ABAB %2 in 80 points"));
         select(fontCount + 1);
         QTRY_COMPARE(width(), 0);
         QCOMPARE(rows->rowCount(), 17);

@@ -26,6 +26,9 @@ void walk(QAccessibleInterface* interface, QStringList* faults)
         faults->append(described(interface) + QStringLiteral(" has no name"));
     if (!isCell && interface->state().focusable && interface->role() == QAccessible::NoRole)
         faults->append(described(interface) + QStringLiteral(" has no role"));
+    // On some platforms a combo box is named by its value, and what it is for is said by its label alone.
+    if (interface->role() == QAccessible::ComboBox && interface->relations(QAccessible::Label).isEmpty())
+        faults->append(described(interface) + QStringLiteral(" has no label"));
     if (interface->tableInterface())
         return;
     for (int i = 0; i < interface->childCount(); ++i)
