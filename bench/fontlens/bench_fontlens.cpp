@@ -170,7 +170,7 @@ void Bench::ask(PictureMaker& maker, int font, const Script& script, PictureMake
         const LetterCut cut = LetterCutter::cut(picture.image, {letter.click}, picture.angle);
         chosen += letter.character;
         if (cut.isValid())
-            letters.append({letter.character, cut.image, cut.scale});
+            letters.append({letter.character, cut.image, cut.scale, cut.click});
         else
             ++tally.cutFailures;
         if (chosen.size() == picked)

@@ -92,7 +92,7 @@ Coverage Coverage::withMargin(int margin) const
     return result;
 }
 
-Coverage Coverage::cropped(float level) const
+Coverage Coverage::cropped(float level, QPoint* corner) const
 {
     int left = width, right = -1, top = height, bottom = -1;
     for (int y = 0; y < height; ++y) {
@@ -107,6 +107,8 @@ Coverage Coverage::cropped(float level) const
     }
     if (right < 0)
         return {};
+    if (corner)
+        *corner = QPoint(left, top);
     Coverage result(right - left + 1, bottom - top + 1);
     for (int y = 0; y < result.height; ++y)
         std::copy_n(row(y + top) + left, result.width, result.row(y));

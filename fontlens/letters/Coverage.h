@@ -35,7 +35,7 @@ struct Coverage
     // White on all sides, or fewer pixels for negative margins.
     Coverage withMargin(int margin) const;
     // Cut down to where the ink reaches the level; empty when it nowhere does.
-    Coverage cropped(float level) const;
+    Coverage cropped(float level, QPoint* corner = nullptr) const; // the corner: what was its first pixel
     // Turned clockwise about the middle, on a canvas that holds all of it.
     Coverage turned(double degrees) const;
     // Smoothed by a bell of this width; the size stays.

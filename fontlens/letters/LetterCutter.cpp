@@ -2,6 +2,8 @@
 
 #include "fontlens/letters/LetterRegion.h"
 
+#include <QTransform>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -16,6 +18,7 @@ constexpr int firstReach = 40; // pixels around the points that are looked at fi
 constexpr int lastReach = 4096;
 constexpr int lastWhiteReach = 1280; // the same for letters that are clicked in their white
 constexpr int mostWhitePoints = 8;
+constexpr int mostEdge = 24;      // pixels of a blurred edge
 constexpr int mostNeighbours = 8; // that lie nearer to such a click than its letter
 constexpr int mostCutLinePoints = 10000;
 constexpr double sameArea = 0.12; // two views of a letter agree when their areas differ by less
@@ -82,6 +85,27 @@ View look(const QImage& picture, const QList<QPoint>& points, int reach, int thr
     return view;
 }
 
+// From a soft edge into the stroke.
+QPoint strongestFrom(const ColourPatch& patch, QPoint at)
+{
+    for (int step = 0; step < mostEdge; ++step) {
+        QPoint next = at;
+        float strongest = ColourPatch::length(patch.at(at.x(), at.y()));
+        for (int y = std::max(0, at.y() - 1); y <= std::min(patch.height() - 1, at.y() + 1); ++y) {
+            for (int x = std::max(0, at.x() - 1); x <= std::min(patch.width() - 1, at.x() + 1); ++x) {
+                if (ColourPatch::length(patch.at(x, y)) > strongest) {
+                    strongest = ColourPatch::length(patch.at(x, y));
+                    next = QPoint(x, y);
+                }
+            }
+        }
+        if (next == at)
+            break;
+        at = next;
+    }
+    return at;
+}
+
 // The nearest ink of a letter in whose box the point lies, in pixels of the patch.
 std::optional<QPoint> inkAround(const View& view, const QPointF& point, int threshold)
 {
@@ -105,13 +129,15 @@ std::optional<QPoint> inkAround(const View& view, const QPointF& point, int thre
         }
         if (nearest == std::numeric_limits<double>::max())
             return std::nullopt;
+        const QPoint edge = found;
+        found = strongestFrom(patch, edge);
         const LetterRegion letter(patch, {middleOf(found)}, threshold, onePixel, view.cutLines, view.edges);
         const bool isLetter = letter.verdict() == LetterRegion::Closed && view.isRoomy(letter);
         if (isLetter && QRectF(letter.box()).contains(point))
             return found;
         if (letter.verdict() == LetterRegion::Open)
             return std::nullopt; // it may be the one; a larger view will tell
-        others.append((letter.box() | QRect(found, QSize(1, 1))).adjusted(-1, -1, 1, 1));
+        others.append((letter.box() | QRect(found, QSize(1, 1)) | QRect(edge, QSize(1, 1))).adjusted(-1, -1, 1, 1));
     }
     return std::nullopt;
 }
@@ -136,22 +162,29 @@ std::optional<QPoint> inkAround(const QImage& picture, const QPoint& point, int 
     return std::nullopt;
 }
 
-LetterCut finished(const View& view, int angle)
+LetterCut finished(const View& view, int angle, const QPoint& click)
 {
     Coverage ink = view.region->ink();
-    if (angle % 360 != 0)
+    QPointF at = view.patch->fromPicture(middleOf(click)) - view.region->inkCorner();
+    if (angle % 360 != 0) {
+        const QPointF before(0.5 * ink.width, 0.5 * ink.height);
         ink = ink.turned(angle % 360);
-    ink = ink.cropped(0.1F);
+        at = QTransform().rotate(angle % 360).map(at - before) + QPointF(0.5 * ink.width, 0.5 * ink.height);
+    }
+    QPoint corner;
+    ink = ink.cropped(0.1F, &corner);
     if (ink.isEmpty())
         return failure(LetterCut::NoInk, LetterCutter::tr("There is no ink here."));
-    ink = ink.withMargin(2 + int(margin * std::max(ink.width, ink.height)));
+    const int white = 2 + int(margin * std::max(ink.width, ink.height));
+    ink = ink.withMargin(white);
     LetterCut result;
+    result.click = at - corner + QPointF(white, white);
     result.image = ink.toImage();
     result.scale = 1 / view.patch->reduction();
     return result;
 }
 
-LetterCut cutAt(const QImage& picture, const QList<QPoint>& points, int angle, int threshold,
+LetterCut cutAt(const QImage& picture, const QList<QPoint>& points, const QPoint& click, int angle, int threshold,
                 const QList<QPolygon>& cutLines)
 {
     // What looks like a letter from near may be the white inside of one: two views must agree.
@@ -162,10 +195,10 @@ LetterCut cutAt(const QImage& picture, const QList<QPoint>& points, int angle, i
         anyInk = view.region->verdict() != LetterRegion::Background;
         if (before.isClosed() && view.isClosed() &&
             std::abs(view.area() - before.area()) <= sameArea * std::max(view.area(), before.area()))
-            return finished(before.isRoomy(*before.region) ? before : view, angle);
+            return finished(before.isRoomy(*before.region) ? before : view, angle, click);
         if (view.whole) {
             if (view.isClosed() && view.region->sidesTouched() < 3)
-                return finished(view, angle);
+                return finished(view, angle, click);
             break;
         }
         before = std::move(view);
@@ -202,7 +235,10 @@ LetterCut LetterCutter::cut(const QImage& picture, const QList<QPoint>& points, 
         return failure(LetterCut::NoPoints, tr("There are too many cut lines."));
     threshold = std::clamp(threshold, 0, 100);
 
-    const LetterCut cut = cutAt(picture, inside, angle, threshold, cutLines);
+    const QPoint click = inside.first();
+    LetterCut cut = cutAt(picture, inside, click, angle, threshold, cutLines);
+    if (inside.size() > 1)
+        cut.click = QPointF();
     if ((cut.error != LetterCut::NoInk && cut.error != LetterCut::NoLetter) || inside.size() > mostWhitePoints)
         return cut;
     bool anyMoved = false;
@@ -211,7 +247,11 @@ LetterCut LetterCutter::cut(const QImage& picture, const QList<QPoint>& points, 
         anyMoved = anyMoved || ink;
         point = ink.value_or(point);
     }
-    return anyMoved ? cutAt(picture, inside, angle, threshold, cutLines) : cut;
+    if (anyMoved)
+        cut = cutAt(picture, inside, click, angle, threshold, cutLines);
+    if (inside.size() > 1)
+        cut.click = QPointF();
+    return cut;
 }
 
 } // namespace kerval::letters

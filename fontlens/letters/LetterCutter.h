@@ -29,6 +29,8 @@ struct LetterCut
     // Pixels of the image for each pixel of the picture: 1 except for letters so large that they were reduced. Letters
     // of one picture can be compared in size through it.
     double scale = 1;
+    // Where the only click lies in the image; null when several made the letter.
+    QPointF click;
 
     bool isValid() const { return error == NoError; }
 };

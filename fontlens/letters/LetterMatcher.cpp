@@ -1,5 +1,6 @@
 #include "fontlens/letters/LetterMatcher.h"
 
+#include "fontlens/letters/AskedLetter.h"
 #include "fontlens/letters/CandidateFace.h"
 #include "fontlens/letters/LetterFit.h"
 #include "fontlens/letters/LetterIndex.h"
@@ -18,35 +19,24 @@ namespace kerval::letters {
 
 namespace {
 
-constexpr int mostLetters = 16;
-constexpr int drawnCandidates = 400;  // of which the outlines are compared
-constexpr int closeCandidates = 48;   // of which they are compared in more detail
-constexpr int blurCandidates = 8;     // by which the picture's blur is found
-constexpr double coarseHeight = 30;   // pixels that a typical letter is reduced to for the first comparison
-constexpr double fineHeight = 80;     // and for the second
-constexpr float sizeWeight = 2.5F;    // of squared differences of relative sizes against those of shapes
-constexpr float mostDistance = 0.12F; // of a descriptor; a letter of another construction is no worse than that
+constexpr int drawnCandidates = 400; // of which the outlines are compared
+constexpr int closeCandidates = 48;  // of which they are compared in more detail
+constexpr int blurCandidates = 8;    // by which the picture's blur is found
+constexpr double coarseHeight = 30;  // pixels that a typical letter is reduced to for the first comparison
+constexpr double fineHeight = 80;    // and for the second
+constexpr float sizeWeight = 2.5F;   // of squared differences of relative sizes against those of shapes
 constexpr std::array<double, 6> blurs = {0, 0.5, 0.8, 1.2, 1.7, 2.4}; // pixels of the picture
 // Degrees by which text may be crooked; the second pass turns as much as lies between them.
 constexpr std::array<double, 4> turns = {-11, -6, 6, 11};
 constexpr std::size_t turnedFrom = 3;     // letters: fewer may be upright, or italic, or both
 constexpr std::size_t turnCandidates = 8; // by which it is found whether the text is crooked
 constexpr float clearlyCloser = 0.85F;
-constexpr double smallestPart = 0.03;
-constexpr double mostSquares = 1.5; // side of a square as large as the mean letter, in heights to compare at
-constexpr int mostPixels = 1024;    // of a letter's side
+constexpr double clearlyApart = 0.8;
+constexpr float partCost = 0.01F;            // by which a part must be closer than the whole
+constexpr std::size_t votingCandidates = 12; // on which part of a cut is the letter
+constexpr double mostSquares = 1.5;          // side of a square as large as the mean letter, in heights to compare at
 constexpr std::size_t preparingBytes = 128 << 20;
 constexpr std::size_t mostFacesForSigns = 20000;
-
-// A letter of the query, brought to pixels of the picture.
-struct AskedLetter
-{
-    QChar character;
-    Coverage ink;
-    double unit = 1; // picture's pixels for each of the ink's
-    bool single = false;
-    ShapeDescriptor shape;
-};
 
 struct Ranked
 {
@@ -54,13 +44,16 @@ struct Ranked
     float distance = 0;
     double scale = 0;
     std::vector<bool> mainPart;
+    std::vector<int> part; // of the asked letter, or -1
     std::vector<GlyphOutline> outlines;
     LetterFit::State state;
 };
 
+// Mean distance of the best few.
 float closeness(const std::vector<Ranked>& ranked)
 {
-    const std::size_t count = std::min(turnCandidates, ranked.size());
+    // In a small library eight faces are most of them.
+    const std::size_t count = std::clamp<std::size_t>(ranked.size() / 32, 1, turnCandidates);
     float sum = 0;
     for (std::size_t i = 0; i < count; ++i)
         sum += ranked[i].distance;
@@ -100,9 +93,6 @@ public:
     }
 
     void measureAll(const std::atomic<bool>& cancelled);
-    static std::vector<AskedLetter> readLetters(const QVector<CutLetter>& letters);
-    static std::vector<AskedLetter> turned(const std::vector<AskedLetter>& letters, double degrees);
-    static double typicalHeight(const std::vector<AskedLetter>& letters);
     static std::vector<Ranked> firstPass(const std::vector<AskedLetter>& letters,
                                          const QVector<LetterTablePtr>& tables);
     static void openOutlines(const std::vector<AskedLetter>& letters, const IndexedFaces& faces, Ranked& candidate);
@@ -110,6 +100,8 @@ public:
                         const std::vector<Ranked>& ranked);
     void straighten(const IndexedFaces& faces, const QVector<LetterTablePtr>& tables, std::vector<AskedLetter>& letters,
                     std::vector<Ranked>& ranked);
+    void separate(const IndexedFaces& faces, const QVector<LetterTablePtr>& tables, std::vector<AskedLetter>& letters,
+                  std::vector<Ranked>& ranked);
     double findBlur(const std::vector<AskedLetter>& letters, std::vector<Ranked>& ranked);
     void compare(const std::vector<AskedLetter>& letters, std::vector<Ranked>& ranked, int count, double height,
                  double blur, int steps);
@@ -201,52 +193,6 @@ void LetterMatcher::Private::measureAll(const std::atomic<bool>& cancelled)
         index.tables(characters.mid(i, atOnce), nullptr, [&cancelled] { return cancelled.load(); });
 }
 
-std::vector<AskedLetter> LetterMatcher::Private::readLetters(const QVector<CutLetter>& letters)
-{
-    std::vector<AskedLetter> result;
-    for (const CutLetter& letter : letters) {
-        if (letter.character.isNull() || letter.image.isNull() || !(letter.scale > 0) || result.size() >= mostLetters)
-            continue;
-        QImage image = letter.image;
-        double scale = letter.scale;
-        if (qMax(image.width(), image.height()) > mostPixels) {
-            const double factor = double(mostPixels) / qMax(image.width(), image.height());
-            image = image.scaled(qMax(1, qRound(image.width() * factor)), qMax(1, qRound(image.height() * factor)),
-                                 Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-            scale *= factor;
-        }
-        AskedLetter asked;
-        asked.character = letter.character;
-        asked.ink = Coverage::fromImage(image).cropped(0.2F);
-        asked.unit = 1 / scale;
-        asked.single = asked.ink.parts(smallestPart) <= 1;
-        if (ShapeDescriptor::of(asked.ink, asked.unit, 0, asked.shape))
-            result.push_back(std::move(asked));
-    }
-    return result;
-}
-
-std::vector<AskedLetter> LetterMatcher::Private::turned(const std::vector<AskedLetter>& letters, double degrees)
-{
-    std::vector<AskedLetter> result;
-    for (const AskedLetter& letter : letters) {
-        AskedLetter asked = letter;
-        asked.ink = letter.ink.turned(degrees).cropped(0.2F);
-        if (ShapeDescriptor::of(asked.ink, asked.unit, 0, asked.shape))
-            result.push_back(std::move(asked));
-    }
-    return result;
-}
-
-double LetterMatcher::Private::typicalHeight(const std::vector<AskedLetter>& letters)
-{
-    std::vector<double> heights;
-    for (const AskedLetter& letter : letters)
-        heights.push_back(letter.ink.height * letter.unit);
-    std::sort(heights.begin(), heights.end());
-    return qMax(1.0, heights[heights.size() / 2]);
-}
-
 std::vector<Ranked> LetterMatcher::Private::firstPass(const std::vector<AskedLetter>& letters,
                                                       const QVector<LetterTablePtr>& tables)
 {
@@ -254,12 +200,14 @@ std::vector<Ranked> LetterMatcher::Private::firstPass(const std::vector<AskedLet
     const std::size_t faces = tables.first()->rows.size();
     std::vector<Ranked> result;
     std::vector<const ShapeDescriptor*> shapes(count);
+    std::vector<const AskedLetter*> seen(count);
     std::vector<float> distances(count);
     std::vector<float> sizes(2 * count);
     std::vector<float> sorted;
     for (std::size_t face = 0; face < faces; ++face) {
         Ranked ranked;
         ranked.mainPart.assign(count, false);
+        ranked.part.assign(count, -1);
         sorted.clear();
         std::size_t found = 0;
         for (std::size_t i = 0; i < count; ++i) {
@@ -269,21 +217,31 @@ std::vector<Ranked> LetterMatcher::Private::firstPass(const std::vector<AskedLet
             if (table.rows[face].state != LetterTable::Measured)
                 continue;
             ++found;
+            seen[i] = &letters[i];
             shapes[i] = &table.rows[face].shape;
             distances[i] = qMin(mostDistance, letters[i].shape.distance(*shapes[i]));
-            if (letters[i].single && !table.mainParts.empty()) {
-                const auto part = table.mainParts.find(int(face));
-                if (part != table.mainParts.end()) {
-                    const float other = letters[i].shape.distance(part->second);
-                    if (other < distances[i]) {
-                        distances[i] = other;
-                        shapes[i] = &part->second;
-                        ranked.mainPart[i] = true;
-                    }
-                }
-            }
-            sizes[2 * i] = letters[i].shape.logWidth - shapes[i]->logWidth;
-            sizes[2 * i + 1] = letters[i].shape.logHeight - shapes[i]->logHeight;
+            const auto mainPart = table.mainParts.find(int(face));
+            const auto lookAt = [&](const AskedLetter& letter, int part) {
+                const auto take = [&](const ShapeDescriptor& shape, bool isMainPart) {
+                    const float other = letter.shape.distance(shape) + (part < 0 ? 0 : partCost);
+                    if (other >= distances[i])
+                        return;
+                    distances[i] = other;
+                    seen[i] = &letter;
+                    shapes[i] = &shape;
+                    ranked.mainPart[i] = isMainPart;
+                    ranked.part[i] = part;
+                };
+                if (part >= 0)
+                    take(table.rows[face].shape, false);
+                if (letter.single && mainPart != table.mainParts.end())
+                    take(mainPart->second, true);
+            };
+            lookAt(letters[i], -1);
+            for (std::size_t part = 0; part < letters[i].parts.size(); ++part)
+                lookAt(letters[i].parts[part], int(part));
+            sizes[2 * i] = seen[i]->shape.logWidth - shapes[i]->logWidth;
+            sizes[2 * i + 1] = seen[i]->shape.logHeight - shapes[i]->logHeight;
             sorted.push_back(sizes[2 * i]);
             sorted.push_back(sizes[2 * i + 1]);
         }
@@ -363,6 +321,30 @@ double LetterMatcher::Private::bestDeviance(const std::vector<AskedLetter>& lett
     return first.front().state.deviance;
 }
 
+// Of letters that touch others, keeps those parts which the closest faces take for the letters, when outlines fit them
+// clearly better than all of the ink.
+void LetterMatcher::Private::separate(const IndexedFaces& faces, const QVector<LetterTablePtr>& tables,
+                                      std::vector<AskedLetter>& letters, std::vector<Ranked>& ranked)
+{
+    std::vector<AskedLetter> apart = letters;
+    if (!findParts(tables, apart))
+        return;
+    const std::vector<Ranked> voters = firstPass(apart, tables);
+    for (std::size_t i = 0; i < letters.size(); ++i) {
+        std::vector<float> votes(apart[i].parts.size() + 1, 0);
+        for (std::size_t k = 0; k < std::min(votingCandidates, voters.size()); ++k)
+            votes[std::size_t(voters[k].part[i] + 1)] += 1 / (0.001F + voters[k].distance);
+        const auto chosen = std::size_t(std::max_element(votes.begin(), votes.end()) - votes.begin());
+        AskedLetter letter = chosen > 0 ? apart[i].parts[chosen - 1] : letters[i];
+        apart[i] = std::move(letter);
+    }
+    std::vector<Ranked> found = firstPass(apart, tables);
+    if (bestDeviance(apart, faces, found) >= clearlyApart * bestDeviance(letters, faces, ranked))
+        return;
+    letters = std::move(apart);
+    ranked = std::move(found);
+}
+
 // Turns letters of crooked text upright, when some turn brings them clearly closer to some faces.
 void LetterMatcher::Private::straighten(const IndexedFaces& faces, const QVector<LetterTablePtr>& tables,
                                         std::vector<AskedLetter>& letters, std::vector<Ranked>& ranked)
@@ -372,18 +354,23 @@ void LetterMatcher::Private::straighten(const IndexedFaces& faces, const QVector
     float closest = clearlyCloser * closeness(ranked);
     std::vector<AskedLetter> straight;
     std::vector<Ranked> rankedStraight;
+    double best = 0;
+    const std::vector<AskedLetter> small = reduced(letters, qMin(1.0, coarseHeight / typicalHeight(letters)));
     for (const double turn : turns) {
-        std::vector<AskedLetter> tried = turned(letters, turn);
+        const std::vector<AskedLetter> tried = turned(small, turn);
         if (tried.size() != letters.size())
             continue;
         std::vector<Ranked> found = firstPass(tried, tables);
         if (closeness(found) < closest) {
             closest = closeness(found);
-            straight = std::move(tried);
+            best = turn;
             rankedStraight = std::move(found);
         }
     }
-    if (straight.empty() || bestDeviance(straight, faces, rankedStraight) >= bestDeviance(letters, faces, ranked))
+    if (best != 0)
+        straight = turned(letters, best);
+    if (straight.size() != letters.size() ||
+        bestDeviance(straight, faces, rankedStraight) >= bestDeviance(letters, faces, ranked))
         return;
     letters = std::move(straight);
     ranked = std::move(rankedStraight);
@@ -410,7 +397,7 @@ QVector<FontMatch> LetterMatcher::match(const QVector<CutLetter>& cutLetters, in
                                         const std::atomic<bool>* cancelled)
 {
     const auto isCancelled = [cancelled] { return cancelled && cancelled->load(); };
-    std::vector<AskedLetter> letters = Private::readLetters(cutLetters);
+    std::vector<AskedLetter> letters = readLetters(cutLetters);
     QHash<QPair<QString, int>, QVector<int>> ids;
     QVector<LetterTablePtr> tables;
     {
@@ -431,9 +418,10 @@ QVector<FontMatch> LetterMatcher::match(const QVector<CutLetter>& cutLetters, in
     if (isCancelled() || faces.empty())
         return {};
 
-    std::vector<Ranked> ranked = m_private->firstPass(letters, tables);
+    std::vector<Ranked> ranked = Private::firstPass(letters, tables);
     if (ranked.empty())
         return {};
+    m_private->separate(faces, tables, letters, ranked);
     m_private->straighten(faces, tables, letters, ranked);
     shareWork(&m_private->pool, int(ranked.size()), [&](int i) {
         if (!isCancelled())

@@ -2,6 +2,7 @@
 
 #include <QChar>
 #include <QImage>
+#include <QPointF>
 #include <QString>
 #include <QVector>
 
@@ -23,7 +24,8 @@ struct CutLetter
 {
     QChar character;
     QImage image;
-    double scale = 1; // LetterCut::scale
+    double scale = 1;          // LetterCut::scale
+    QPointF click = QPointF(); // LetterCut::click
 };
 
 struct FontMatch

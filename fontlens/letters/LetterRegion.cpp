@@ -14,7 +14,8 @@ enum PixelState : char
     Ours
 };
 
-constexpr int edgeWidth = 4;            // as far as a soft edge reaches beyond the level
+constexpr int edgeWidth = 4; // as far as a soft edge reaches beyond the level
+constexpr int inkMargin = edgeWidth + 1;
 constexpr float levelAtZero = 0.17F;    // share of the ink's contrast from which on pixels are connected, and how it
 constexpr float levelForEach = 0.0083F; // rises with the threshold: 0.2 at high sensitivity, 0.42 normal, 0.58 low
 constexpr float contrastShare = 0.6F;   // of the threshold, in grey levels of all channels together
@@ -257,13 +258,17 @@ int LetterRegion::sidesTouched() const
            int(m_box.bottom() == m_smooth.height - 1);
 }
 
+QPoint LetterRegion::inkCorner() const
+{
+    return m_box.topLeft() - QPoint(inkMargin, inkMargin);
+}
+
 Coverage LetterRegion::ink() const
 {
-    constexpr int margin = edgeWidth + 1;
-    Coverage result(m_box.width() + 2 * margin, m_box.height() + 2 * margin);
-    const auto inPatch = [&](int x, int y) {
-        const int px = x + m_box.left() - margin;
-        const int py = y + m_box.top() - margin;
+    Coverage result(m_box.width() + 2 * inkMargin, m_box.height() + 2 * inkMargin);
+    const auto inPatch = [&, corner = inkCorner()](int x, int y) {
+        const int px = x + corner.x();
+        const int py = y + corner.y();
         return px >= 0 && py >= 0 && px < m_smooth.width && py < m_smooth.height ? py * m_smooth.width + px : -1;
     };
     // Ours and the others' ink spread alike over the soft edges; where they meet is the border.

@@ -36,6 +36,7 @@ public:
     // The region's coverage with its soft edge, which is shared with neighbours half way; the size of the box and a
     // margin.
     Coverage ink() const;
+    QPoint inkCorner() const; // of the ink's first pixel, in the patch
 
 private:
     bool findInk(const ColourPatch& patch, const QPointF& point, double missDistance, float leastContrast);

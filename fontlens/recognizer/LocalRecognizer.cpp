@@ -291,6 +291,7 @@ std::shared_ptr<void> LocalRecognizer::cutLetter(const FormData& query, const Re
             return [reply, answer = answerTo(cut)] { reply(answer); };
         StoredPicture letter = PictureDecoder::fromImage(cut.image);
         letter.scale = cut.scale;
+        letter.click = cut.click;
         return [this, id, letter, reply] {
             const auto letterId = m_pictures.addLetter(id, letter);
             reply(letterId ? RecognizerAnswer::pictureId(*letterId) : RecognizerAnswer::text(404, gone(id)));
@@ -351,7 +352,7 @@ std::shared_ptr<void> LocalRecognizer::findFonts(const FormData& query, const Re
         const auto picture = m_pictures.picture(letter.pictureId);
         if (!picture)
             return refuse(reply, 404, gone(letter.pictureId));
-        letters.append({letter.character, picture->image, picture->scale});
+        letters.append({letter.character, picture->image, picture->scale, picture->click});
     }
     if (!m_fonts->isOpen())
         return refuse(reply, 503, QStringLiteral("The library is not open."));

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QImage>
+#include <QPointF>
 #include <QString>
 
 #include <functional>
@@ -16,6 +17,7 @@ struct StoredPicture
     QByteArray bytes; // the image as a file
     QByteArray contentType;
     double scale = 1; // of a letter: its pixels for each pixel of the picture
+    QPointF click;    // of a letter: where it was clicked
 
     qint64 cost() const { return image.sizeInBytes() + bytes.size(); }
 };

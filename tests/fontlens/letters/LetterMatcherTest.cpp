@@ -47,13 +47,15 @@ QVector<FontCandidate> candidates()
 
 // A word set by the framework, and its letters cut out again. Points are taken in the ink of the letter's first
 // stroke from the left, half way up its height.
-QVector<CutLetter> lettersOf(const QString& file, const QString& text, int pixels)
+QVector<CutLetter> lettersOf(const QString& file, const QString& text, int pixels, double gap = 1.0 / 12,
+                             double turn = 0)
 {
     const QRawFont font(file, pixels, QFont::PreferNoHinting);
-    QImage picture(pixels * (text.size() + 1), pixels * 2, QImage::Format_RGB32);
+    QImage picture(pixels * (text.size() + 1), pixels * (turn == 0 ? 2 : 3), QImage::Format_RGB32);
     picture.fill(QColor(240, 235, 220));
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.rotate(turn);
     QList<QPoint> clicks;
     double pen = pixels / 2.0;
     for (const QChar character : text) {
@@ -65,17 +67,17 @@ QVector<CutLetter> lettersOf(const QString& file, const QString& text, int pixel
         for (double x = box.left(); x < box.right() && click.isNull(); x += 0.5) {
             const QPointF at(x + 1, box.top() + 0.6 * box.height());
             if (path.contains(at) && path.contains(at + QPointF(1, 0)))
-                click = QPoint(int(at.x()), int(at.y()));
+                click = painter.transform().map(QPoint(int(at.x()), int(at.y())));
         }
         clicks.append(click);
-        pen += font.advancesForGlyphIndexes({glyph}).value(0).x() + pixels / 12.0;
+        pen += font.advancesForGlyphIndexes({glyph}).value(0).x() + gap * pixels;
     }
     painter.end();
     QVector<CutLetter> result;
     for (int i = 0; i < text.size(); ++i) {
         const LetterCut cut = LetterCutter::cut(picture, {clicks[i]});
         if (cut.isValid())
-            result.append({text[i], cut.image, cut.scale});
+            result.append({text[i], cut.image, cut.scale, cut.click});
     }
     return result;
 }
@@ -95,6 +97,8 @@ class LetterMatcherTest : public QObject
 private slots:
     void findsTheFont_data();
     void findsTheFont();
+    void crookedTextIsTurned();
+    void touchingLettersAreToldApart();
     void answersAreOrderedAndLimited();
     void letterOfSeveralPartsMayLackSome();
     void relativeSizeTellsFontsApart();
@@ -138,6 +142,27 @@ void LetterMatcherTest::findsTheFont()
     const QVector<CutLetter> letters = lettersOf(debianFont(name), text, pixels);
     QCOMPARE(letters.size(), text.size());
     QCOMPARE(firstOf(matcher, letters), 100 + fontNames().indexOf(name));
+}
+
+void LetterMatcherTest::crookedTextIsTurned()
+{
+    LetterMatcher matcher{QString()};
+    matcher.setCandidates(candidates());
+    for (const int font : {0, 2, 3, 8}) {
+        const QString file = debianFont(fontNames().at(font));
+        QCOMPARE(firstOf(matcher, lettersOf(file, QStringLiteral("Hage"), 70, 1.0 / 12, 9)), 100 + font);
+    }
+}
+
+void LetterMatcherTest::touchingLettersAreToldApart()
+{
+    LetterMatcher matcher{QString()};
+    matcher.setCandidates(candidates());
+    for (const int font : {0, 1, 3}) {
+        const auto letters = lettersOf(debianFont(fontNames().at(font)), QStringLiteral("bovade"), 80, -0.14);
+        QCOMPARE(letters[0].image.size(), letters[1].image.size()); // cut as one
+        QCOMPARE(firstOf(matcher, letters), 100 + font);
+    }
 }
 
 void LetterMatcherTest::answersAreOrderedAndLimited()
