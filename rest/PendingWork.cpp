@@ -13,6 +13,8 @@ namespace api::rest {
 namespace {
 
 constexpr int manyFonts = 1000;
+// More than processors: a page shall not wait until the long lists of other clients are made.
+constexpr int jobsAtOnce = 8;
 
 bool hasEnded(AbstractAsynchronousCommand::State state)
 {
@@ -93,6 +95,7 @@ private:
 PendingWork::PendingWork(QObject* parent)
     : QObject(parent)
 {
+    m_pool.setMaxThreadCount(jobsAtOnce);
 }
 
 PendingWork::~PendingWork()
