@@ -4,7 +4,6 @@
 #include "qtService/app/FMSControlCenter.h"
 #include "qtService/app/FMSLogViewer.h"
 #include "qtService/app/FMSTrayIcon.h"
-#include "qtService/app/PortProbe.h"
 #include "qtService/app/RecognizerResourceHandler.h"
 #include "qtService/app/ServiceResourceHandler.h"
 #include "qtService/app/SessionEndWatch.h"
@@ -34,7 +33,6 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QLockFile>
-#include <QSettings>
 #include <QSqlDatabase>
 #include <QTimer>
 
@@ -42,40 +40,12 @@
 
 namespace {
 
-constexpr int firstPort = 33000;
-constexpr int lastPort = 65535;
-// How long a start waits for the port of an instance that is itself still starting.
-constexpr int otherInstancePatienceMs = 20000;
-// A lock file is filled a moment after it is made.
-constexpr int unreadableLockPatienceMs = 1000;
-
 const char* const helperPrograms[] = {"krvfindsimilar.exe", "krvextractfeatures.exe", "krvfontadder.exe"};
-
-// The stored port, or 0 when there is none that a listener could have.
-int storedPort()
-{
-    const QSettings settings(krv::userSettingsFolder() + QStringLiteral("port.ini"), QSettings::IniFormat);
-    bool isNumber = false;
-    const int port = settings.value(QStringLiteral("Port"), 0).toInt(&isNumber);
-    return isNumber && port >= 1 && port <= lastPort ? port : 0;
-}
-
-void storePort(int port)
-{
-    QSettings settings(krv::userSettingsFolder() + QStringLiteral("port.ini"), QSettings::IniFormat);
-    settings.setValue(QStringLiteral("Port"), port);
-    settings.sync();
-}
 
 // Nobody answers a modal box that is drawn nowhere.
 bool hasDisplay()
 {
     return QGuiApplication::platformName() != QLatin1String("offscreen");
-}
-
-bool isPortTaken(int port)
-{
-    return krv::isPortInUse(QHostAddress::LocalHost, port);
 }
 
 } // namespace
@@ -174,13 +144,10 @@ bool FMService::start(int* port, bool startFontManager)
     m_log.setFolder(krv::userSettingsFolder());
     FMSLog::setInstance(&m_log);
 
-    const int chosen = choosePort(port);
-    if (chosen == 0) {
+    if (!choosePort(port)) {
         stop();
         return false;
     }
-    storePort(chosen);
-    *port = m_chosenPort = chosen;
 
     m_fontManagementService = QSharedPointer<FontManagementService>::create();
     m_server = std::make_unique<api::rest::Server>(m_fontManagementService);
@@ -255,77 +222,6 @@ bool FMService::checkSettingsFolder()
     return writable;
 }
 
-// Two services must never write the same databases, not even for the moment between choosing a port and listening on
-// it. So the first holds a lock file, and a later one waits until the first answers on its port.
-bool FMService::acquireInstanceLock(int* runningPort)
-{
-    m_instanceLock = std::make_unique<QLockFile>(krv::userSettingsFolder() + QStringLiteral("service.lock"));
-    m_instanceLock->setStaleLockTime(0); // stale only when its process is gone
-    QElapsedTimer waiting;
-    waiting.start();
-    do {
-        if (m_instanceLock->tryLock(100))
-            return true;
-        const int port = storedPort();
-        if (m_instanceLock->error() != QLockFile::LockFailedError)
-            return true; // a file system without locks: the port alone decides
-        if (waiting.elapsed() > unreadableLockPatienceMs)
-            dropUnreadableLock();
-        if (port != 0 && isPortTaken(port) && krv::queryRunningService(port).userId == m_userId) {
-            *runningPort = port;
-            qCritical() << "E_0_"
-                        << "ANOTHER INSTANCE OF FMSERVICE IS ALREADY RUNNING( port" << port << "), quiting...";
-            return false;
-        }
-    } while (waiting.elapsed() < otherInstancePatienceMs);
-    qCritical() << "E_0_"
-                << "ANOTHER INSTANCE OF FMSERVICE IS ALREADY RUNNING but does not answer, quiting...";
-    return false;
-}
-
-// A machine that lost its power may have kept the lock file without what was written into it, which names no process
-// that could be found dead. The file of a living one is held by its process and stays.
-void FMService::dropUnreadableLock()
-{
-    qint64 process = 0;
-    QString host;
-    QString program;
-    if (!m_instanceLock->getLockInfo(&process, &host, &program))
-        m_instanceLock->removeStaleLockFile();
-}
-
-// The port to listen on; 0 when a service of this user already runs, whose port is then stored in *runningPort.
-int FMService::choosePort(int* runningPort)
-{
-    const int stored = storedPort();
-    if (stored != 0 && !isPortTaken(stored))
-        return stored;
-    if (stored != 0 && krv::queryRunningService(stored).userId == m_userId) {
-        *runningPort = stored;
-        qCritical() << "E_0_"
-                    << "ANOTHER INSTANCE OF FMSERVICE IS ALREADY RUNNING( port" << stored << "), quiting...";
-        return 0;
-    }
-    return findPort(firstPort, stored, runningPort);
-}
-
-int FMService::findPort(int first, int foreignPort, int* runningPort)
-{
-    for (int port = first; port <= lastPort; ++port) {
-        if (!isPortTaken(port))
-            return port;
-        if (port != foreignPort && krv::queryRunningService(port).userId == m_userId) {
-            *runningPort = port;
-            qCritical() << "E_0_"
-                        << "ANOTHER INSTANCE OF FMSERVICE IS ALREADY RUNNING( port" << port << " case 2), quiting...";
-            return 0;
-        }
-    }
-    qCritical() << "E_0_"
-                << "no free port from" << first << "upward, quiting...";
-    return 0;
-}
-
 void FMService::onFontManagementServiceStarted()
 {
     endSplashScreen();
@@ -344,31 +240,6 @@ void FMService::onFontManagementServiceStarted()
     }
     qDebug() << "M_1_"
              << "FMService::start() ends";
-}
-
-// A port on which nobody answers may still be no port to listen on: a program has taken it meanwhile (another user's
-// service that starts at the same moment, say) or holds it on another address of this machine, or it is kept for the
-// administrator. Then the next one is tried.
-bool FMService::listen()
-{
-    constexpr int attempts = 20;
-    int port = m_chosenPort;
-    int next = firstPort;
-    for (int attempt = 0; attempt < attempts && port != 0; ++attempt) {
-        if (m_server->listen(quint16(port))) {
-            storePort(port);
-            qDebug().noquote() << QStringLiteral("U_ Port: %1").arg(port);
-            nameRecognitionService();
-            return true;
-        }
-        qWarning() << "W_1_"
-                   << "port" << port << "cannot be listened on";
-        port = findPort(next, port, &m_otherInstancePort);
-        next = port + 1;
-    }
-    qCritical() << "E_0_"
-                << "SERVER FAILED TO BIND LISTENER TO THE PORT, quiting...";
-    return false;
 }
 
 // The window may be made before the port is known, or after.

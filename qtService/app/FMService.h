@@ -93,7 +93,9 @@ private:
     bool checkSettingsFolder();
     bool acquireInstanceLock(int* runningPort);
     void dropUnreadableLock();
-    int choosePort(int* runningPort);
+    bool isOtherInstance(int port, const char* noticeEnd) const;
+    // False when a service of this user already runs; *port is the one chosen, or that service's.
+    bool choosePort(int* port);
     // The first free one; the foreign port is known not to be another instance's.
     int findPort(int first, int foreignPort, int* runningPort);
     void addRecognizer();
