@@ -60,42 +60,112 @@ QStringList columnsOf(const QSqlDatabase& database, const QString& table)
     return columns;
 }
 
-bool takeOver(const QString& table, const QSqlDatabase& damaged, const QSqlDatabase& fresh, int* rows)
+// One table: from its start up to the first bad page, from its end down to the last, and between them row by row.
+class TableSalvage
 {
-    constexpr int constraint = 19;
-    QStringList columns;
-    const QStringList known = columnsOf(fresh, table);
-    for (const QString& column : columnsOf(damaged, table)) {
-        if (known.contains(column))
-            columns.append(column);
-    }
-    if (columns.isEmpty())
-        return true;
-    const QString list = QLatin1Char('`') + columns.join(QStringLiteral("`,`")) + QLatin1Char('`');
-    QStringList marks;
-    for (int i = 0; i < columns.size(); ++i)
-        marks.append(QStringLiteral("?"));
-    QSqlQuery insert(fresh);
-    insert.prepare(
-        QStringLiteral("INSERT OR IGNORE INTO `%1` (%2) VALUES (%3)").arg(table, list, marks.join(QLatin1Char(','))));
-    for (const char* order : {"ASC", "DESC"}) {
-        QSqlQuery read(damaged);
-        read.setForwardOnly(true);
-        if (!read.exec(QStringLiteral("SELECT %1 FROM `%2` ORDER BY rowid %3").arg(list, table, QLatin1String(order))))
-            continue;
-        while (read.next()) {
-            for (int i = 0; i < columns.size(); ++i)
-                insert.bindValue(i, read.value(i));
-            if (insert.exec())
-                *rows += qMax(0, insert.numRowsAffected());
-            else if ((insert.lastError().nativeErrorCode().toInt() & 0xff) != constraint)
-                return false;
+public:
+    TableSalvage(const QString& table, const QSqlDatabase& damaged, const QSqlDatabase& fresh)
+        : m_table(table)
+        , m_damaged(damaged)
+        , m_insert(fresh)
+    {
+        const QStringList known = columnsOf(fresh, table);
+        QStringList columns;
+        for (const QString& column : columnsOf(damaged, table)) {
+            if (known.contains(column))
+                columns.append(column);
         }
-        if (!read.lastError().isValid())
-            break;
+        m_columnCount = columns.size();
+        m_columns = QLatin1Char('`') + columns.join(QStringLiteral("`,`")) + QLatin1Char('`');
+        QStringList marks;
+        for (int i = 0; i < m_columnCount; ++i)
+            marks.append(QStringLiteral("?"));
+        m_insert.prepare(QStringLiteral("INSERT OR IGNORE INTO `%1` (%2) VALUES (%3)")
+                             .arg(table, m_columns, marks.join(QLatin1Char(','))));
     }
-    return true;
-}
+
+    bool takeOver()
+    {
+        if (m_columnCount == 0)
+            return true;
+        qint64 first = 0;
+        if (takeOverInOrder("ASC", &first) || m_isRefused)
+            return !m_isRefused;
+        qint64 last = lastKnownRow();
+        takeOverInOrder("DESC", &last);
+        return !m_isRefused && takeOverBetween(first, last);
+    }
+
+    int rows() const { return m_rows; }
+
+private:
+    QString selection(const QString& rest) const
+    {
+        return QStringLiteral("SELECT rowid,%1 FROM `%2` %3").arg(m_columns, m_table, rest);
+    }
+
+    // True when the end of the table was reached; `row` is the last one that was read.
+    bool takeOverInOrder(const char* order, qint64* row)
+    {
+        QSqlQuery read(m_damaged);
+        read.setForwardOnly(true);
+        if (!read.exec(selection(QStringLiteral("ORDER BY rowid ") + QLatin1String(order))))
+            return false;
+        while (!m_isRefused && read.next()) {
+            *row = read.value(0).toLongLong();
+            store(read);
+        }
+        return !read.lastError().isValid();
+    }
+
+    bool takeOverBetween(qint64 first, qint64 last)
+    {
+        constexpr qint64 mostRows = 1000000;
+        constexpr int mostFailures = 2000; // one after the other, as where the root is bad; a page has hundreds of rows
+        int failures = 0;
+        QSqlQuery read(m_damaged);
+        read.setForwardOnly(true);
+        read.prepare(selection(QStringLiteral("WHERE rowid = ?")));
+        for (qint64 row = first + 1; row < qMin(last, first + mostRows) && failures < mostFailures && !m_isRefused;
+             ++row) {
+            read.bindValue(0, row);
+            const bool found = read.exec() && read.next();
+            failures = read.lastError().isValid() ? failures + 1 : 0;
+            if (found)
+                store(read);
+        }
+        return !m_isRefused;
+    }
+
+    // The highest row that the table ever had, for the case that its end cannot be read.
+    qint64 lastKnownRow() const
+    {
+        constexpr qint64 guess = 100000;
+        QSqlQuery query(m_damaged);
+        query.prepare(QStringLiteral("SELECT seq FROM sqlite_sequence WHERE name = ?"));
+        query.bindValue(0, m_table);
+        return query.exec() && query.next() ? query.value(0).toLongLong() + 1 : guess;
+    }
+
+    void store(const QSqlQuery& row)
+    {
+        constexpr int constraint = 19;
+        for (int i = 0; i < m_columnCount; ++i)
+            m_insert.bindValue(i, row.value(i + 1));
+        if (m_insert.exec())
+            m_rows += qMax(0, m_insert.numRowsAffected());
+        else
+            m_isRefused = (m_insert.lastError().nativeErrorCode().toInt() & 0xff) != constraint;
+    }
+
+    const QString m_table;
+    const QSqlDatabase m_damaged;
+    QSqlQuery m_insert;
+    QString m_columns;
+    int m_columnCount = 0;
+    int m_rows = 0;
+    bool m_isRefused = false; // by the new file, not for the row's own sake
+};
 
 } // namespace
 
@@ -104,8 +174,10 @@ bool salvageUserData(const QString& damagedFileName, const QSqlDatabase& fresh, 
     *rows = 0;
     const DamagedCopy damaged(damagedFileName);
     for (const char* table : tables) {
-        if (!takeOver(QLatin1String(table), damaged.database(), fresh, rows))
+        TableSalvage salvage(QLatin1String(table), damaged.database(), fresh);
+        if (!salvage.takeOver())
             return false;
+        *rows += salvage.rows();
     }
     for (const char* correction : corrections) {
         QSqlQuery query(fresh);

@@ -245,6 +245,12 @@ private slots:
             QVERIFY(database.endTransaction(true));
         }
         const QByteArray bytes = readFile(sound);
+        const auto notesIn = [&](const KrvUserDatabase& database) {
+            int found = 0;
+            for (int i = 0; i < count; ++i)
+                found += database.note(hash(i)).endsWith(QLatin1Char('n') + QString::number(i));
+            return found;
+        };
         int files = 0;
         int groups = 0;
         int notes = 0;
@@ -262,8 +268,7 @@ private slots:
                 QCOMPARE(readFile(database.setAsideFile()), damaged);
                 ++files;
                 groups += database.groups().size();
-                for (int i = 0; i < count; ++i)
-                    notes += database.note(hash(i)).endsWith(QLatin1Char('n') + QString::number(i));
+                notes += notesIn(database);
             }
             {
                 PlainFile file(m_fileName);
@@ -278,6 +283,19 @@ private slots:
         QVERIFY(files > 20);
         QVERIFY2(groups > files * count * 7 / 10, qPrintable(QString::number(double(groups) / files)));
         QVERIFY2(notes > files * count * 6 / 10, qPrintable(QString::number(double(notes) / files)));
+
+        // Leaves of the notes at the beginning, in the middle and at the end.
+        QByteArray damaged = bytes;
+        for (int i : {20, 200, 380}) {
+            const int at = bytes.indexOf(QByteArray(100, 'n') + QByteArray::number(i)) / 4096 * 4096;
+            damaged.replace(at, 4096, QByteArray(4096, '\xA5'));
+        }
+        writeFile(m_fileName, damaged);
+        KrvUserDatabase database;
+        QVERIFY(database.open(m_fileName));
+        QVERIFY(database.hasSalvaged());
+        QCOMPARE(database.groups().size(), count);
+        QVERIFY2(notesIn(database) > count * 6 / 10, qPrintable(QString::number(notesIn(database))));
     }
 
     void reportsWhatItCannotOpen()
