@@ -24,6 +24,7 @@
 #include "qtService/ui/preferences/PreferencesWindow.h"
 #include "qtService/ui/widgets/InterfaceFont.h"
 #include "qtService/ui/window/KrvFontManagerWindow.h"
+#include "qtService/ui/window/Palette.h"
 #include "rest/Server.h"
 #include "rest/http/FMSRequest.h"
 
@@ -58,6 +59,7 @@ FMService::FMService(int& argc, char** argv)
     setApplicationName(QStringLiteral("Kerval"));
     setApplicationVersion(krv::versionString());
     ui::ensureInterfaceFont();
+    ui::ensureLegibleLinks();
     m_translations = std::make_unique<Translations>(QLocale::system().uiLanguages());
     qRegisterMetaType<fms::ErrorCode>("fms::ErrorCode");
     qRegisterMetaType<fms::FMSRequest>("fms::FMSRequest");

@@ -1,5 +1,6 @@
 #include "qtService/ui/window/Palette.h"
 
+#include <QApplication>
 #include <QPalette>
 #include <QWidget>
 
@@ -28,6 +29,18 @@ void mute(QWidget* label)
     QPalette palette;
     palette.setColor(QPalette::WindowText, text);
     label->setPalette(palette);
+}
+
+void ensureLegibleLinks()
+{
+    constexpr int darkestGray = 80;
+    // Only colours that are set here count as the application's own; all others go on following the theme.
+    QPalette palette = QApplication::palette();
+    if (!isDark(palette) || qGray(palette.color(QPalette::Link).rgb()) >= darkestGray)
+        return;
+    palette.setColor(QPalette::Link, QColor(74, 144, 226));
+    palette.setColor(QPalette::LinkVisited, QColor(160, 130, 220));
+    QApplication::setPalette(palette);
 }
 
 } // namespace ui

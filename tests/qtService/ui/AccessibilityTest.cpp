@@ -15,12 +15,16 @@
 #include "qtService/ui/messages/FMSPlainTextMessage.h"
 #include "qtService/ui/preferences/PreferencesWindow.h"
 #include "qtService/ui/window/KrvFontManagerWindow.h"
+#include "qtService/ui/window/Palette.h"
 #include "tests/qtService/ui/WindowLibrary.h"
 #include "tests/qtService/ui/accessiblewalk.h"
 #include "tests/support/testregistry.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QDate>
+#include <QPalette>
+#include <QScopeGuard>
 #include <QStackedWidget>
 #include <QToolButton>
 #include <QtTest>
@@ -92,6 +96,21 @@ private slots:
                 reached.insert(next);
         }
         QCOMPARE(reached.size(), expected.size());
+    }
+
+    void linksAreLegibleOnDarkGround()
+    {
+        const QPalette usual = QApplication::palette();
+        const auto restore = qScopeGuard([&usual] { QApplication::setPalette(usual); });
+        ui::ensureLegibleLinks();
+        QCOMPARE(QApplication::palette(), usual);
+        QPalette dark(Qt::white, QColor(30, 30, 30), Qt::gray, Qt::black, Qt::darkGray, Qt::white, QColor(20, 20, 20));
+        dark.setColor(QPalette::Link, Qt::blue);
+        QApplication::setPalette(dark);
+        ui::ensureLegibleLinks();
+        const QPalette palette = QApplication::palette();
+        QVERIFY(qGray(palette.color(QPalette::Link).rgb()) > 120);
+        QCOMPARE(palette.color(QPalette::Base), QColor(20, 20, 20));
     }
 
 private:
