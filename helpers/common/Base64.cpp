@@ -31,18 +31,18 @@ bool isSpace(char c)
 
 std::string toBase64(std::string_view bytes)
 {
-    std::string text;
-    text.reserve((bytes.size() + 2) / 3 * 4);
-    for (std::size_t i = 0; i < bytes.size(); i += 3) {
+    std::string text((bytes.size() + 2) / 3 * 4, '=');
+    char* next = text.data();
+    for (std::size_t i = 0; i < bytes.size(); i += 3, next += 4) {
         const std::size_t left = bytes.size() - i;
         const auto byte = [&](std::size_t k) {
             return k < left ? static_cast<std::uint32_t>(static_cast<unsigned char>(bytes[i + k])) : 0u;
         };
         const std::uint32_t group = byte(0) << 16 | byte(1) << 8 | byte(2);
-        text += alphabet[group >> 18];
-        text += alphabet[group >> 12 & 63];
-        text += left > 1 ? alphabet[group >> 6 & 63] : '=';
-        text += left > 2 ? alphabet[group & 63] : '=';
+        next[0] = alphabet[group >> 18];
+        next[1] = alphabet[group >> 12 & 63];
+        next[2] = left > 1 ? alphabet[group >> 6 & 63] : '=';
+        next[3] = left > 2 ? alphabet[group & 63] : '=';
     }
     return text;
 }
