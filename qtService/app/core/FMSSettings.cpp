@@ -87,7 +87,11 @@ void FMSSettings::setDeactivateWhenHostAppQuits(bool deactivate)
 
 bool FMSSettings::allowRemote() const
 {
-    return m_settings->value(QStringLiteral("Rest/AllowRemote"), false).toBool();
+    // A variant takes every text but "false" and "0" for true; "no" must not open the service to others.
+    static const QStringList yes{QStringLiteral("true"), QStringLiteral("yes"), QStringLiteral("on"),
+                                 QStringLiteral("1")};
+    const QString text = m_settings->value(QStringLiteral("Rest/AllowRemote")).toString().trimmed();
+    return yes.contains(text, Qt::CaseInsensitive);
 }
 
 QStringList FMSSettings::trustedOrigins() const

@@ -46,6 +46,29 @@ private slots:
         QVERIFY(!FMSSettings().pickBestMatch());
     }
 
+    void onlyAYesAllowsRemoteClients_data()
+    {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<bool>("allowed");
+        QTest::newRow("true") << "true" << true;
+        QTest::newRow("Yes") << "Yes" << true;
+        QTest::newRow("no") << "no" << false;
+        QTest::newRow("off") << "off" << false;
+        QTest::newRow("list") << "true, true" << false;
+    }
+
+    void onlyAYesAllowsRemoteClients()
+    {
+        QFETCH(QString, value);
+        QFETCH(bool, allowed);
+        QFile file(krv::userSettingsFolder() + QStringLiteral("settings.ini"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("[Rest]\nAllowRemote=" + value.toUtf8() + "\n");
+        file.close();
+        QCOMPARE(FMSSettings().allowRemote(), allowed);
+        QVERIFY(file.remove());
+    }
+
     void windowSettingsAnnounceAndKeepValues()
     {
         KrvUiSettings* settings = KrvUiSettings::instance();
