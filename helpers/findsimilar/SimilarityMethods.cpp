@@ -1,7 +1,7 @@
 #include "helpers/findsimilar/SimilarityMethods.h"
 
 #include <algorithm>
-#include <cmath>
+#include <limits>
 
 #include "helpers/findsimilar/Harmony.h"
 #include "helpers/findsimilar/SmartChoice.h"
@@ -16,18 +16,11 @@ constexpr double kOtherClass = 0.2;
 constexpr double kNearLooks = 0.2;
 
 // How ordinary a face is moves it by some places, not by hundreds: only so many of the nearest are looked at again.
-void keepNearest(std::vector<Match>& matches, int limit)
+int lookedAtFor(int limit)
 {
-    constexpr std::size_t least = 500;
-    constexpr std::size_t perMatch = 4;
-    const std::size_t kept = std::max(least, perMatch * static_cast<std::size_t>(std::max(limit, 0)));
-    if (kept < matches.size()) {
-        std::nth_element(matches.begin(), matches.begin() + static_cast<std::ptrdiff_t>(kept), matches.end(),
-                         [](const Match& a, const Match& b) {
-                             return a.deviance != b.deviance ? a.deviance < b.deviance : a.font < b.font;
-                         });
-        matches.resize(kept);
-    }
+    constexpr int least = 500;
+    constexpr int perMatch = 4;
+    return std::max(least, std::min(limit, std::numeric_limits<int>::max() / perMatch) * perMatch);
 }
 
 std::vector<Match> similarFaces(const FeatureFolder& folder, const SimilarityQuery& query)
@@ -37,14 +30,14 @@ std::vector<Match> similarFaces(const FeatureFolder& folder, const SimilarityQue
     std::vector<Match> matches;
     matches.reserve(distances.size());
     for (int font = 0; font < folder.count(); ++font) {
-        const auto place = static_cast<std::size_t>(font);
-        if (font == query.font && (query.marked.empty() || query.marked[place])) {
-            matches.push_back({font, -1}); // without any letter too, and before equal copies
-        } else if (std::isfinite(distances[place])) {
-            matches.push_back({font, distances[place]});
-        }
+        matches.push_back({font, distances[static_cast<std::size_t>(font)]});
     }
-    keepNearest(matches, query.limit);
+    // Equal copies of the face are at 0 as well, and the face itself still comes first. It is at 0 without any letter.
+    const auto self = static_cast<std::size_t>(query.font);
+    if (query.marked.empty() || query.marked[self]) {
+        matches[self].deviance = -1;
+    }
+    matches = bestMatches(std::move(matches), lookedAtFor(query.limit));
     const std::string_view kind = folder.className(query.font);
     for (Match& match : matches) {
         if (match.deviance > 0) {
