@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <functional>
 #include <limits>
+#include <map>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -101,8 +103,12 @@ bool CatalogueReader::readFonts(std::string& problem)
     const Statement statement(prepare("SELECT id, ps_name, other_info2, hwi, hwe, hhe, sc_all, sc_body, sc_head "
                                       "FROM font WHERE coalesce(deleted, 0) = 0"));
     int state = SQLITE_ERROR;
-    std::string lastKeywords; // thousands of fonts share a few texts, mostly with their neighbours
-    CatalogueFont last;
+    struct Stated
+    {
+        bool serif;
+        std::string className;
+    };
+    std::map<std::string, Stated, std::less<>> known; // thousands of fonts share a few texts
     while (statement && (state = sqlite3_step(statement.get())) == SQLITE_ROW) {
         const std::int64_t id = sqlite3_column_int64(statement.get(), 0);
         if (id < std::numeric_limits<std::int32_t>::min() || id > std::numeric_limits<std::int32_t>::max()) {
@@ -112,13 +118,12 @@ bool CatalogueReader::readFonts(std::string& problem)
         font.id = static_cast<std::int32_t>(id);
         font.postScriptName = lineSafe(text(statement.get(), 1));
         const std::string_view keywords = text(statement.get(), 2);
-        if (keywords != lastKeywords) {
-            lastKeywords = keywords;
-            last.serif = containsWord(keywords, "serif");
-            last.className = classNameOf(keywords);
+        auto stated = known.find(keywords);
+        if (stated == known.end()) {
+            stated = known.emplace(keywords, Stated{containsWord(keywords, "serif"), classNameOf(keywords)}).first;
         }
-        font.serif = last.serif;
-        font.className = last.className;
+        font.serif = stated->second.serif;
+        font.className = stated->second.className;
         font.hwi = sqlite3_column_int(statement.get(), 3);
         font.hwe = sqlite3_column_int(statement.get(), 4);
         font.hhe = sqlite3_column_int(statement.get(), 5);
