@@ -15,8 +15,8 @@ void outlineChecks(QWidget* widget);
 // Gives a label the colour of a remark: its parent's text, fainter. Again when the palette has changed.
 void mute(QWidget* label);
 
-// Themes that darken everything else often leave links in the blue that is meant for paper. Before the windows are made:
-// a text takes its links' colour when it is set.
+// Themes that darken everything else often leave links in the blue that is meant for paper. Before the windows are
+// made: a text takes its links' colour when it is set.
 void ensureLegibleLinks();
 
 } // namespace ui
