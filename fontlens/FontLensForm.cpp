@@ -251,6 +251,7 @@ QWidget* FontLensForm::makeResultsPage()
     btnShowInLibrary = new QPushButton(FontLensDialog::tr("Show in Library"), page);
     btnShowInLibrary->setObjectName(QStringLiteral("btnShowInLibrary"));
     btnShowInLibrary->setAutoDefault(false);
+    btnShowInLibrary->setMinimumWidth(btnShowInLibrary->sizeHint().width() + 24);
     btnShowInLibrary->setToolTip(FontLensDialog::tr("Select the font in the list of fonts"));
 
     auto* buttons = new QHBoxLayout;
