@@ -9,6 +9,7 @@
 #include "qtService/ui/widgets/QProgressIndicator.h"
 
 #include <QAction>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QMenu>
 #include <QScopedValueRollback>
@@ -66,7 +67,7 @@ KrvFontsView::KrvFontsView(QWidget* parent)
     setItemDelegateForColumn(fonts::ActivityImageColumn, new FontActivityDelegate(this));
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollMode(ScrollPerPixel);
-    header()->setStretchLastSection(false); // the preview takes what is left
+    header()->setStretchLastSection(false);
     m_waitIndicator->hide();
     m_waitTimer.setSingleShot(true);
     m_waitTimer.setInterval(waitIndicatorDelayMs);
@@ -74,6 +75,15 @@ KrvFontsView::KrvFontsView(QWidget* parent)
         m_waitIndicator->move(viewport()->geometry().center() - m_waitIndicator->rect().center());
         m_waitIndicator->show();
         m_waitIndicator->startAnimation();
+    });
+    // While a column is dragged the header lets no other be stretched.
+    m_fillTimer.setSingleShot(true);
+    m_fillTimer.setInterval(30);
+    connect(&m_fillTimer, &QTimer::timeout, this, [this] {
+        if (QGuiApplication::mouseButtons() == Qt::NoButton)
+            fillWidth();
+        else
+            m_fillTimer.start();
     });
     m_rowsInViewTimer.setSingleShot(true);
     m_rowsInViewTimer.setInterval(30);
@@ -109,7 +119,7 @@ void KrvFontsView::setModel(KrvFontsViewModel* model)
     restoreColumns();
     connect(header(), &QHeaderView::sortIndicatorChanged, this, &KrvFontsView::onSortIndicatorChanged);
     connect(header(), &QHeaderView::sectionResized, this, &KrvFontsView::onSectionResized);
-    connect(header(), &QHeaderView::sectionResized, this, &KrvFontsView::followPreviewWidth);
+    connect(header(), &QHeaderView::sectionResized, this, &KrvFontsView::followColumnWidth);
     connect(header(), &QHeaderView::sectionMoved, this, &KrvFontsView::onSectionMoved);
     connect(header(), &QHeaderView::sectionCountChanged, this, &KrvFontsView::updateColumnVisibilityActionsState);
 }
@@ -199,6 +209,8 @@ void KrvFontsView::saveColumns() const
 void KrvFontsView::setColumnVisible(int column, bool visible)
 {
     setColumnHidden(column, !visible);
+    if (column == fonts::PreviewColumn)
+        m_previewFills = true; // taken away and brought back it begins anew
     if (visible && header()->sectionSize(column) < header()->minimumSectionSize())
         header()->resizeSection(column, header()->defaultSectionSize());
     fillWidth();
@@ -206,22 +218,28 @@ void KrvFontsView::setColumnVisible(int column, bool visible)
 }
 
 // Samples want all the width there is: the preview takes what the other columns leave, until the user gives it a width.
+// Then the last column does, so that rows end where the list ends.
 void KrvFontsView::fillWidth()
 {
-    if (!m_model || !m_previewFills || isColumnHidden(fonts::PreviewColumn))
+    if (!m_model)
+        return;
+    const bool fills = m_previewFills && !isColumnHidden(fonts::PreviewColumn);
+    const QScopedValueRollback<bool> filling(m_isFillingWidth, true);
+    header()->setStretchLastSection(!fills);
+    if (!fills)
         return;
     const int others = header()->length() - header()->sectionSize(fonts::PreviewColumn);
-    const QScopedValueRollback<bool> filling(m_isFillingWidth, true);
     header()->resizeSection(fonts::PreviewColumn, qMax(leastPreviewWidth, viewport()->width() - others));
 }
 
-// A width that ends the columns where the list ends goes on doing so.
-void KrvFontsView::followPreviewWidth(int column, int oldWidth, int newWidth)
+void KrvFontsView::followColumnWidth(int column, int oldWidth, int newWidth)
 {
-    constexpr int near = 4;
     // Hidden and shown again a column has a width of nothing in between.
-    if (column == fonts::PreviewColumn && !m_isFillingWidth && oldWidth > 0 && newWidth > 0)
-        m_previewFills = qAbs(header()->length() - viewport()->width()) <= near;
+    if (m_isFillingWidth || oldWidth == 0 || newWidth == 0)
+        return;
+    if (column == fonts::PreviewColumn)
+        m_previewFills = false;
+    m_fillTimer.start();
 }
 
 void KrvFontsView::setColumnVisible(int column)

@@ -79,7 +79,7 @@ private:
     void applyDefaultColumns();
     void saveColumns() const;
     void fillWidth();
-    void followPreviewWidth(int column, int oldWidth, int newWidth);
+    void followColumnWidth(int column, int oldWidth, int newWidth);
     void rememberPlace(const QSet<int>& fontIds, bool sameGroup);
     void returnToPlace();
     void reportRowsInView();
@@ -109,6 +109,7 @@ private:
     bool m_isFillingWidth = false;
     Place m_place;
     QTimer m_waitTimer;
+    QTimer m_fillTimer;
     QTimer m_rowsInViewTimer;
     QString m_typed;
     QElapsedTimer m_typedAt;

@@ -221,6 +221,8 @@ private slots:
             QTRY_COMPARE(ends(view), 0);
             view.setColumnVisible(fonts::VersionColumn, true);
             QCOMPARE(ends(view), 0);
+            view.header()->resizeSection(fonts::StyleNameColumn, 77);
+            QTRY_COMPARE(ends(view), 0);
             // Where there is no room the samples stay legible and the list scrolls.
             view.resize(400, 300);
             QTRY_COMPARE(view.header()->sectionSize(fonts::PreviewColumn), 240);
@@ -242,7 +244,11 @@ private slots:
         view.resize(1300, 300);
         view.show();
         QCOMPARE(view.header()->sectionSize(fonts::PreviewColumn), 333);
-        view.resetState(KrvFontsView::ResetColumns);
+        QTRY_COMPARE(ends(view), 0);
+        view.setColumnVisible(fonts::PreviewColumn, false);
+        QTRY_COMPARE(ends(view), 0);
+        view.setColumnVisible(fonts::PreviewColumn, true);
+        QTRY_VERIFY(view.header()->sectionSize(fonts::PreviewColumn) > 400);
         QCOMPARE(ends(view), 0);
     }
 
