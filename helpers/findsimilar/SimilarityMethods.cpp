@@ -18,8 +18,8 @@ constexpr double kNearLooks = 0.2;
 // How ordinary a face is moves it by some places, not by hundreds: only so many of the nearest are looked at again.
 int lookedAtFor(int limit)
 {
-    constexpr int least = 500;
-    constexpr int perMatch = 4;
+    constexpr int least = 200;
+    constexpr int perMatch = 2;
     return std::max(least, std::min(limit, std::numeric_limits<int>::max() / perMatch) * perMatch);
 }
 
