@@ -71,6 +71,7 @@ void FMSLogViewer::adjustColumns()
     // The view measures the rows it shows, not the thousands of a long log.
     m_view->horizontalHeader()->setResizeContentsPrecision(50);
     m_view->resizeColumnToContents(FMSLogModel::TimeColumn);
+    m_view->setColumnWidth(FMSLogModel::TimeColumn, m_view->columnWidth(FMSLogModel::TimeColumn) + columnPadding);
     m_view->resizeColumnToContents(FMSLogModel::TypeColumn);
     // Whatever kinds of events are in view now, the others come too.
     int widest = m_view->columnWidth(FMSLogModel::TypeColumn);

@@ -91,4 +91,6 @@ void FileProgressDialog::showFailure(const QString& text)
     m_label->setMinimumWidth(failureWidth);
     m_bar->hide();
     replaceCancelByClose();
+    // The dialog has a size of its own by now, and a long path takes several lines.
+    adjustSize();
 }

@@ -78,6 +78,8 @@ void FontActivationDialog::setupUi()
     m_tree->setHeaderLabels({tr("Font"), tr("Filename")});
     m_tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_tree->header()->setStretchLastSection(true);
+    // Long paths keep their file's name.
+    m_tree->setTextElideMode(Qt::ElideMiddle);
     m_cancel = new QPushButton(tr("Cancel"), this);
     m_cancel->setObjectName(QStringLiteral("btnCancel"));
     m_close = new QPushButton(tr("Close"), this);

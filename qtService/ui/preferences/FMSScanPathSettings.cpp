@@ -60,6 +60,8 @@ void FMSScanPathSettings::setupUi()
     m_paths = new QListWidget(this);
     m_paths->setObjectName(QStringLiteral("lw_paths"));
     m_paths->setAccessibleName(tr("Custom scan paths"));
+    // Whichever way the interface runs, a path begins at its root.
+    m_paths->setLayoutDirection(Qt::LeftToRight);
     auto* add = new QPushButton(tr("Add"), this);
     add->setObjectName(QStringLiteral("btn_add"));
     m_edit = new QPushButton(tr("Edit"), this);

@@ -3,6 +3,7 @@
 #include "qtService/database/KrvFontRepository.h"
 #include "qtService/management/UserFontGroupList.h"
 #include "qtService/management/ZipArchive.h"
+#include "qtService/ui/dialogs/FontExportProgressDialog.h"
 #include "qtService/ui/dialogs/UpdateCheckDialog.h"
 #include "qtService/ui/fonts/FontColumn.h"
 #include "qtService/ui/fonts/KrvFontsView.h"
@@ -65,6 +66,23 @@ private slots:
     {
         m_window.reset();
         m_library.reset();
+    }
+
+    // The dialog is wide enough for its bar alone until then.
+    void aFailureIsToldInAllItsLines()
+    {
+        const QString path =
+            m_folder->filePath(QStringLiteral("no such folder ").repeated(20) + QStringLiteral("/a.zip"));
+        const ExportFontsCommandPtr command = m_library->service()->exportFonts(path, m_ids);
+        FontExportProgressDialog dialog(command, QStringLiteral("Export"), QStringLiteral("Exporting Fonts..."),
+                                        nullptr);
+        dialog.show();
+        command->start();
+        const auto* label = dialog.findChild<QLabel*>(QStringLiteral("lblOperationName"));
+        QTRY_VERIFY(label->text().contains(path));
+        QTRY_VERIFY(label->height() >= label->heightForWidth(label->width()));
+        QVERIFY(dialog.rect().contains(label->geometry()));
+        QVERIFY(label->heightForWidth(label->width()) > 2 * label->fontMetrics().lineSpacing());
     }
 
     // Arrows and the space bar alone.
