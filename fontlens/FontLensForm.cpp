@@ -8,6 +8,7 @@
 #include "fontlens/FontLensSimilarFontsModel.h"
 #include "fontlens/PreviewCellDelegate.h"
 #include "fontlens/SelectedLettersList.h"
+#include "qtService/ui/window/Palette.h"
 #include "qtService/ui/window/WindowIcons.h"
 
 #include <QAction>
@@ -150,6 +151,7 @@ QWidget* FontLensForm::makeSettings()
     cmbZoom->setCurrentIndex(cmbZoom->findData(100.0));
     chkbDisplayGrid = new QCheckBox(FontLensDialog::tr("Display Grid"), settings);
     chkbDisplayGrid->setObjectName(QStringLiteral("chkbDisplayGrid"));
+    ui::outlineChecks(chkbDisplayGrid);
 
     auto* row = new QHBoxLayout(settings);
     row->setObjectName(QStringLiteral("horizontalLayoutSettings"));
@@ -199,9 +201,10 @@ QWidget* FontLensForm::makePicturePage()
     btnIdentify->setToolTip(FontLensDialog::tr("Look for the fonts of the selected letters (Enter)"));
     btnIdentify->setMinimumSize(120, 36);
     auto* row = new QHBoxLayout(lettersRow);
-    row->setContentsMargins(0, 0, 12, 0);
+    row->setContentsMargins(0, 0, 0, 0);
     row->addWidget(lettersArea, 1);
     row->addWidget(btnIdentify);
+    row->addSpacing(12); // a margin would not follow the direction of the interface
 
     auto* layout = new QVBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);

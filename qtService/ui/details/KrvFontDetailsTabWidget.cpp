@@ -42,7 +42,7 @@ void KrvFontDetailsTabWidget::setService(const QSharedPointer<FontManagementServ
     if (m_switch)
         return;
     m_switch = new ActiveFontSwitchWidget(service, m_tabs);
-    m_switch->setContentsMargins(0, 0, 8, 3);
+    m_switch->setContentsMargins(8, 0, 8, 3);
     m_tabs->setCornerWidget(m_switch, Qt::TopRightCorner);
     m_switch->setFont(font());
     m_switch->show();

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QLinearGradient>
 #include <QPainter>
+#include <QStyle>
 
 namespace {
 
@@ -42,6 +43,12 @@ QFont rowFont(const QStyleOptionViewItem& option, bool bold)
     font.setPixelSize(textPixelSize);
     font.setBold(bold);
     return font;
+}
+
+// The row is laid out from left to right; this is where a part of it comes in the direction of the interface.
+QRect mirrored(const QStyleOptionViewItem& option, const QRect& rect)
+{
+    return QStyle::visualRect(option.direction, option.rect, rect);
 }
 
 void paintSelection(QPainter* painter, const QRect& rect, bool hasFocus, bool isDark)
@@ -99,8 +106,8 @@ void SideBarDelegate::paintHeader(QPainter* painter, const QStyleOptionViewItem&
     painter->setFont(rowFont(option, true));
     painter->setPen(ui::isDark(option.palette) ? QColor(150, 162, 175) : QColor(112, 126, 140));
     const Qt::Alignment vertical = index.row() == 0 ? Qt::AlignVCenter : Qt::AlignBottom;
-    painter->drawText(option.rect.adjusted(leftMargin, 0, 0, -3), int(Qt::AlignLeft | vertical),
-                      index.data(SideBarModel::NameRole).toString());
+    const QRect nameRect = mirrored(option, option.rect.adjusted(leftMargin, 0, 0, -3));
+    painter->drawText(nameRect, int(Qt::AlignLeft | vertical), index.data(SideBarModel::NameRole).toString());
 }
 
 void SideBarDelegate::paintGroup(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
@@ -123,7 +130,8 @@ void SideBarDelegate::paintGroup(QPainter* painter, const QStyleOptionViewItem& 
     const QImage icon = index.data(selected ? SideBarModel::SelectedIconRole : SideBarModel::IconRole).value<QImage>();
     if (!icon.isNull()) {
         const QSize size = icon.size() / icon.devicePixelRatio();
-        painter->drawImage(QRect(QPoint(left, rect.top() + (rect.height() - size.height()) / 2), size), icon);
+        const QRect place(QPoint(left, rect.top() + (rect.height() - size.height()) / 2), size);
+        painter->drawImage(mirrored(option, place), icon);
         left += size.width() + gap;
     }
 
@@ -139,11 +147,11 @@ void SideBarDelegate::paintGroup(QPainter* painter, const QStyleOptionViewItem& 
                           badgeHeight);
         painter->setPen(Qt::NoPen);
         painter->setBrush(selected ? QColor(Qt::white) : QColor(151, 165, 179));
-        painter->drawRoundedRect(badge, badgeRadius, badgeRadius);
+        painter->drawRoundedRect(mirrored(option, badge), badgeRadius, badgeRadius);
         painter->setFont(font);
         const QColor unfocusedText = isDark ? QColor(70, 82, 103) : QColor(170, 182, 207);
         painter->setPen(!selected ? QColor(Qt::white) : hasFocus ? QColor(81, 157, 220) : unfocusedText);
-        painter->drawText(badge, Qt::AlignCenter, text);
+        painter->drawText(mirrored(option, badge), Qt::AlignCenter, text);
         right = badge.left() - badgeMargin;
     }
 
@@ -153,5 +161,5 @@ void SideBarDelegate::paintGroup(QPainter* painter, const QStyleOptionViewItem& 
     const QRect nameRect(left, rect.top(), right - left, rect.height());
     const QString name = painter->fontMetrics().elidedText(index.data(SideBarModel::NameRole).toString(),
                                                            Qt::ElideRight, nameRect.width());
-    painter->drawText(nameRect, Qt::AlignLeft | Qt::AlignVCenter, name);
+    painter->drawText(mirrored(option, nameRect), Qt::AlignLeft | Qt::AlignVCenter, name);
 }

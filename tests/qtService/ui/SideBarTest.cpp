@@ -2,6 +2,7 @@
 #include "qtService/management/UserFontGroupList.h"
 #include "qtService/ui/fonts/FontDrag.h"
 #include "qtService/ui/sidebar/KrvUserGroupsViewModel.h"
+#include "qtService/ui/sidebar/SideBarDelegate.h"
 #include "qtService/ui/sidebar/SideBarModel.h"
 #include "qtService/ui/sidebar/SideBarWidget.h"
 #include "tests/qtService/database/TestLibrary.h"
@@ -10,6 +11,7 @@
 #include <QAbstractItemModelTester>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QPainter>
 #include <QSignalSpy>
 #include <QTextDocument>
 #include <QTreeView>
@@ -141,6 +143,34 @@ private slots:
         QTextDocument shown;
         shown.setHtml(model.indexOfGroup(group).data(Qt::ToolTipRole).toString());
         QCOMPARE(shown.toPlainText(), QStringLiteral("<b>Bold</b> & <i>co</i>"));
+    }
+
+    // Icon and number change sides with the direction of the interface; the row reads the other way round.
+    void rowsFollowTheDirection()
+    {
+        SideBarModel model(m_system, m_user, 1);
+        const QModelIndex row = model.indexOfGroup(SystemFontGroupList::AllFonts);
+        const auto paint = [&row](Qt::LayoutDirection direction) {
+            QImage image(200, 24, QImage::Format_RGB32);
+            image.fill(Qt::white);
+            QPainter painter(&image);
+            painter.setLayoutDirection(direction);
+            QStyleOptionViewItem option;
+            option.rect = image.rect();
+            option.direction = direction;
+            SideBarDelegate().paint(&painter, option, row);
+            return image;
+        };
+        const QImage plain = paint(Qt::LeftToRight);
+        const QImage reversed = paint(Qt::RightToLeft);
+        const QImage icon = row.data(SideBarModel::IconRole).value<QImage>();
+        const QSize size = icon.size() / icon.devicePixelRatio();
+        const QRect place(QPoint(10, (24 - size.height()) / 2), size);
+        QCOMPARE(reversed.copy(QStyle::visualRect(Qt::RightToLeft, plain.rect(), place)), plain.copy(place));
+        const QColor badge = plain.pixelColor(200 - 5 - 8, 12 - 6);
+        QVERIFY(badge != QColor(Qt::white));
+        QCOMPARE(reversed.pixelColor(5 + 8, 12 - 6), badge);
+        QCOMPARE(reversed.pixelColor(200 - 2, 12), QColor(Qt::white));
     }
 
     void fontsAreDroppedOnGroups_data()
