@@ -9,6 +9,8 @@
 #include <QVariant>
 #include <QtDebug>
 
+#include <limits>
+
 namespace {
 
 const char* const tables[] = {"font",        "group",   "note",    "user_defined_family", "belongs_to", "tag",
@@ -120,14 +122,17 @@ private:
 
     bool takeOverBetween(qint64 first, qint64 last)
     {
-        constexpr qint64 mostRows = 1000000;
+        // Damage makes up any number of a row, the highest there is too.
+        if (last <= first)
+            return true;
+        constexpr quint64 mostRows = 1000000;
+        const qint64 end = quint64(last) - quint64(first) > mostRows ? first + qint64(mostRows) : last;
         constexpr int mostFailures = 2000; // one after the other, as where the root is bad; a page has hundreds of rows
         int failures = 0;
         QSqlQuery read(m_damaged);
         read.setForwardOnly(true);
         read.prepare(selection(QStringLiteral("WHERE rowid = ?")));
-        for (qint64 row = first + 1; row < qMin(last, first + mostRows) && failures < mostFailures && !m_isRefused;
-             ++row) {
+        for (qint64 row = first + 1; row < end && failures < mostFailures && !m_isRefused; ++row) {
             read.bindValue(0, row);
             const bool found = read.exec() && read.next();
             failures = read.lastError().isValid() ? failures + 1 : 0;
@@ -144,7 +149,10 @@ private:
         QSqlQuery query(m_damaged);
         query.prepare(QStringLiteral("SELECT seq FROM sqlite_sequence WHERE name = ?"));
         query.bindValue(0, m_table);
-        return query.exec() && query.next() ? query.value(0).toLongLong() + 1 : guess;
+        if (!query.exec() || !query.next())
+            return guess;
+        const qint64 row = query.value(0).toLongLong();
+        return row < std::numeric_limits<qint64>::max() ? row + 1 : row;
     }
 
     void store(const QSqlQuery& row)
@@ -182,7 +190,7 @@ bool salvageUserData(const QString& damagedFileName, const QSqlDatabase& fresh, 
     for (const char* correction : corrections) {
         QSqlQuery query(fresh);
         if (!query.exec(QLatin1String(correction))) {
-            qWarning().noquote() << "E_0_user.db: Last error:" << query.lastError().text();
+            qWarning().noquote() << "E_0_ user.db: Last error:" << query.lastError().text();
             return false;
         }
     }
