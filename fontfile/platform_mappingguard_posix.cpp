@@ -31,7 +31,8 @@ struct MappingGuardHandler
         for (const Range* range = ranges.load(); range; range = range->next) {
             const std::uintptr_t begin = range->begin.load();
             const std::uintptr_t end = range->end.load();
-            if (begin == 0 || address < begin || address >= end)
+            // Read again, lest the end be that of another mapping, guarded here in the meantime.
+            if (begin == 0 || address < begin || address >= end || range->begin.load() != begin)
                 continue;
             const std::uintptr_t page = address - address % pageSize;
             return mmap(reinterpret_cast<void*>(page), end - page, PROT_READ, MAP_FIXED | MAP_PRIVATE | MAP_ANONYMOUS,
