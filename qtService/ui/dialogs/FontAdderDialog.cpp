@@ -18,6 +18,9 @@ FontAdderDialog::FontAdderDialog(const QSharedPointer<FontAdder>& adder, const K
     , m_warningsWindow(new FMSPlainTextMessage)
 {
     m_warningsWindow->setWindowTitle(tr("Scanner Warnings"));
+    if (parent)
+        connect(parent, &QObject::destroyed, m_warningsWindow.data(),
+                [window = m_warningsWindow.data()] { delete window; });
     setupUi();
     setWindowModality(Qt::WindowModal);
     for (const auto signal :
@@ -42,7 +45,11 @@ FontAdderDialog::FontAdderDialog(const QSharedPointer<FontAdder>& adder, const K
 
 FontAdderDialog::~FontAdderDialog()
 {
-    delete m_warningsWindow;
+    // The dialog goes by itself when the run ends, while the user may just be reading what went wrong.
+    if (m_warningsWindow && m_warningsWindow->isVisible() && parentWidget())
+        m_warningsWindow->setAttribute(Qt::WA_DeleteOnClose);
+    else
+        delete m_warningsWindow.data();
 }
 
 void FontAdderDialog::setupUi()

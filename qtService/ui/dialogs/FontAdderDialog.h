@@ -3,6 +3,7 @@
 #include "qtService/database/KrvFontRepository.h"
 
 #include <QDialog>
+#include <QPointer>
 #include <QSharedPointer>
 
 class FMSPlainTextMessage;
@@ -40,7 +41,7 @@ private:
 
     QSharedPointer<FontAdder> m_adder;
     KrvFontRepositoryPtr m_repository;
-    FMSPlainTextMessage* m_warningsWindow;
+    QPointer<FMSPlainTextMessage> m_warningsWindow; // no child, which a modal dialog of its parent would block
     QLabel* m_count;
     QLabel* m_status;
     QProgressBar* m_bar;

@@ -42,6 +42,8 @@ void AbstractPreferencesWindow::addTab(const QIcon& icon, const QString& text, A
     QAction* action = m_bar->addAction(icon, text);
     action->setCheckable(true);
     m_actions->addAction(action);
+    // The buttons of tool bars are passed over by the keyboard, and these have no menu beside them.
+    m_bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
     action->setData(m_pages->addWidget(tab));
     connect(action, &QAction::toggled, this, &AbstractPreferencesWindow::onTabClicked);
     connect(this, &AbstractPreferencesWindow::loadData, tab, &AbstractPreferencesWindowTab::loadData);

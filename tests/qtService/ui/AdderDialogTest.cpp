@@ -115,11 +115,7 @@ private slots:
         m_adder->addFontsFromPaths({fontFolder()});
         QTRY_COMPARE(button("btnWarnings")->text(), QStringLiteral("2 warnings"));
         QTest::mouseClick(button("btnWarnings"), Qt::LeftButton);
-        FMSPlainTextMessage* window = nullptr;
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (widget->isVisible() && qobject_cast<FMSPlainTextMessage*>(widget))
-                window = static_cast<FMSPlainTextMessage*>(widget);
-        }
+        FMSPlainTextMessage* window = openWarnings();
         QVERIFY(window);
         QCOMPARE(window->windowTitle(), QStringLiteral("Scanner Warnings"));
         QCOMPARE(window->findChild<QPlainTextEdit*>()->toPlainText(),
@@ -130,6 +126,25 @@ private slots:
         QTest::mouseClick(window->findChild<QPushButton*>(QStringLiteral("btn_close")), Qt::LeftButton);
         QVERIFY(!window->isVisible());
         QTRY_VERIFY_WITH_TIMEOUT(m_library->repository->fontCount() == 2 && !m_adder->isAdding(), patienceMs);
+    }
+
+    // The window ends its dialog with the run.
+    void warningsStayOpenForTheReader()
+    {
+        for (const bool isRead : {true, false}) {
+            auto parent = std::make_unique<QWidget>();
+            auto dialog = std::make_unique<FontAdderDialog>(m_adder, m_library->repository, parent.get());
+            dialog->show();
+            QVERIFY(QMetaObject::invokeMethod(dialog.get(), "showWarnings"));
+            const QPointer<FMSPlainTextMessage> warnings = openWarnings();
+            QVERIFY(warnings);
+            if (!isRead)
+                warnings->close();
+            dialog.reset();
+            QCOMPARE(warnings && warnings->isVisible(), isRead);
+            parent.reset();
+            QVERIFY(!warnings);
+        }
     }
 
     void theLogIsAskedFor()
@@ -246,6 +261,14 @@ private:
     {
         m_dialog = std::make_unique<FontAdderDialog>(m_adder, m_library->repository, nullptr);
         m_dialog->show();
+    }
+    static FMSPlainTextMessage* openWarnings()
+    {
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (widget->isVisible() && qobject_cast<FMSPlainTextMessage*>(widget))
+                return static_cast<FMSPlainTextMessage*>(widget);
+        }
+        return nullptr;
     }
     QPushButton* button(const char* name) const { return m_dialog->findChild<QPushButton*>(QLatin1String(name)); }
     QString label(const char* name) const { return m_dialog->findChild<QLabel*>(QLatin1String(name))->text(); }

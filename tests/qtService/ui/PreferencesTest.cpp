@@ -125,7 +125,13 @@ private slots:
         window.show();
         auto* bar = window.findChild<QToolBar*>();
         auto* tab = qobject_cast<QToolButton*>(bar->widgetForAction(bar->actions().at(1)));
-        QTest::mouseClick(tab, Qt::LeftButton);
+        // By keyboard alone.
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        for (int i = 0; i < 20 && window.focusWidget() != tab; ++i)
+            QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+        QCOMPARE(window.focusWidget(), tab);
+        QTest::keyClick(tab, Qt::Key_Space);
         QCOMPARE(window.findChild<QStackedWidget*>()->currentIndex(), 1);
         auto* list = window.findChild<QListWidget*>(QStringLiteral("lw_messages"));
         QVERIFY(list->isVisible());
