@@ -51,8 +51,9 @@ void FontProcessingJob::start()
     if (state() != Idle && error() == NoError)
         return;
 
-    // The process before this one may be the sender of the signal that led here.
-    QSharedPointer<QProcess> process(new QProcess, &QObject::deleteLater);
+    // The process before this one may be the sender of the signal that led here. The last one goes with the job as its
+    // child: what a thread that ends puts off while it deletes what was put off, it never does.
+    QSharedPointer<QProcess> process(new QProcess(this), &QObject::deleteLater);
     {
         QWriteLocker locker(&m_lock);
         m_killed = false;
