@@ -1,6 +1,7 @@
 #include "helpers/findsimilar/FaceComparison.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <thread>
 
@@ -17,6 +18,9 @@ constexpr float kMissingPenalty = 0.15F;
 // From here on a second thread saves more than it costs to start.
 constexpr int kManyFonts = 5000;
 
+// A thread takes so many faces at a time: one that a busy machine lets start late leaves more to the other.
+constexpr int kShare = 2500;
+
 bool isPresent(const float* vector)
 {
     // The first two values are zero together only for a missing letter, but a foreign set need not be ours.
@@ -29,14 +33,19 @@ bool isPresent(const float* vector)
 std::vector<float> FaceComparison::distancesFrom(int font, const std::vector<char>& marked) const
 {
     std::vector<float> distances(static_cast<std::size_t>(m_folder.count()), kIncomparable);
-    const int middle = m_folder.count() < kManyFonts ? 0 : m_folder.count() / 2;
-    std::thread half;
-    if (middle > 0) {
-        half = std::thread([&] { scan(font, marked, 0, middle, distances); });
+    std::atomic<int> next{0};
+    const auto work = [&] {
+        for (int begin = next.fetch_add(kShare); begin < m_folder.count(); begin = next.fetch_add(kShare)) {
+            scan(font, marked, begin, std::min(begin + kShare, m_folder.count()), distances);
+        }
+    };
+    std::thread helper;
+    if (m_folder.count() >= kManyFonts) {
+        helper = std::thread(work);
     }
-    scan(font, marked, middle, m_folder.count(), distances);
-    if (half.joinable()) {
-        half.join();
+    work();
+    if (helper.joinable()) {
+        helper.join();
     }
     return distances;
 }

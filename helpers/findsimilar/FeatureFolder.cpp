@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <limits>
 
 #include "helpers/common/FeatureBlob.h"
@@ -59,7 +60,7 @@ FeatureFolder::State FeatureFolder::openOnce(std::string_view characters)
     }
     if (good) {
         good = m_info.open(m_folder + "/" + std::string(featurefolder::infoFile), false);
-        readNames({static_cast<const char*>(m_info.data()), m_info.size()});
+        findLines();
         if (!openSized(m_scores, featurefolder::scoresFile, 12, false)) {
             m_scores.close();
         }
@@ -74,18 +75,39 @@ bool FeatureFolder::openSized(MappedFile& file, std::string_view name, std::size
 }
 
 // Sets without names are complete too: their lines are missing or empty.
-void FeatureFolder::readNames(std::string_view text)
+void FeatureFolder::findLines()
 {
-    m_names.assign(static_cast<std::size_t>(m_count), {});
-    m_classes.assign(static_cast<std::size_t>(m_count), {});
-    for (int font = 0; font < m_count && !text.empty(); ++font) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        const std::string_view line = text.substr(0, end);
-        const std::size_t separator = std::min(line.find(featurefolder::infoSeparator), line.size());
-        m_names[static_cast<std::size_t>(font)] = line.substr(0, separator);
-        m_classes[static_cast<std::size_t>(font)] = line.substr(std::min(separator + 2, line.size()));
-        text.remove_prefix(std::min(end + 1, text.size()));
+    const char* begin = static_cast<const char*>(m_info.data());
+    const char* end = begin + m_info.size();
+    m_lines.assign(static_cast<std::size_t>(m_count) + 1, end);
+    for (std::size_t i = 0; i < m_lines.size() && begin != end; ++i) {
+        m_lines[i] = begin;
+        const void* lineEnd = std::memchr(begin, '\n', static_cast<std::size_t>(end - begin));
+        begin = lineEnd ? static_cast<const char*>(lineEnd) + 1 : end;
     }
+}
+
+std::string_view FeatureFolder::line(int font) const
+{
+    const char* begin = m_lines[static_cast<std::size_t>(font)];
+    const char* end = m_lines[static_cast<std::size_t>(font) + 1];
+    if (begin != end && end[-1] == '\n') {
+        --end;
+    }
+    return {begin, static_cast<std::size_t>(end - begin)};
+}
+
+std::string_view FeatureFolder::postScriptName(int font) const
+{
+    const std::string_view text = line(font);
+    return text.substr(0, text.find(featurefolder::infoSeparator));
+}
+
+std::string_view FeatureFolder::className(int font) const
+{
+    const std::string_view text = line(font);
+    const std::size_t separator = text.find(featurefolder::infoSeparator);
+    return separator == std::string_view::npos ? std::string_view() : text.substr(separator + 2);
 }
 
 void FeatureFolder::invalidate() const

@@ -44,8 +44,8 @@ public:
     bool isSerif(int font) const { return static_cast<const char*>(m_serif.data())[font] != 0; }
 
     // Empty when the set has none.
-    std::string_view postScriptName(int font) const { return m_names[static_cast<std::size_t>(font)]; }
-    std::string_view className(int font) const { return m_classes[static_cast<std::size_t>(font)]; }
+    std::string_view postScriptName(int font) const;
+    std::string_view className(int font) const;
     // The three scores of a font (all, body, headline); null when the set has none.
     const std::int32_t* scores(int font) const
     {
@@ -55,7 +55,8 @@ public:
 private:
     State openOnce(std::string_view characters);
     bool openSized(MappedFile& file, std::string_view name, std::size_t entrySize, bool whole);
-    void readNames(std::string_view text);
+    void findLines();
+    std::string_view line(int font) const;
 
     std::string m_folder;
     int m_count = 0;
@@ -68,8 +69,7 @@ private:
     MappedFile m_scores;
     std::vector<MappedFile> m_letters;
     std::string m_characters;
-    std::vector<std::string_view> m_names;
-    std::vector<std::string_view> m_classes;
+    std::vector<const char*> m_lines; // of m_info: where each face's begins, and the last one's end
 };
 
 } // namespace kerval::helpers
