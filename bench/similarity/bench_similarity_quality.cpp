@@ -2,10 +2,11 @@
 // for families that had no part in tuning (heldout.txt) and "tuned on" for the others; targets count for the first.
 #include "bench/similarity/DesignLabels.h"
 #include "bench/similarity/FontSurvey.h"
+#include "bench/similarity/SurveyCatalogue.h"
 #include "bench/support/bench.h"
 
-#include "helpers/shape/GlyphDistance.h"
-#include "helpers/shape/Ordinariness.h"
+#include "helpers/findsimilar/FeatureFolder.h"
+#include "helpers/findsimilar/SimilarityMethods.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -13,6 +14,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMap>
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cmath>
@@ -22,20 +24,17 @@
 #include <numeric>
 
 using namespace kerval::bench;
+using namespace kerval::helpers;
 
 namespace {
 
 constexpr float Nowhere = std::numeric_limits<float>::infinity();
-constexpr float OtherClass = 0.2F; // as the similarity program counts it
-constexpr float NearLooks = 0.2F;
 
 struct Face
 {
     SurveyedFace font;
     DesignLabels::Family label;
     NamedStyle style;
-    QString mainClass;
-    float ordinariness = 1;
 
     bool isSerif() const { return label.kind == QLatin1String("serif") || label.kind == QLatin1String("monoserif"); }
     bool isMono() const { return label.kind.startsWith(QLatin1String("mono")); }
@@ -62,18 +61,6 @@ struct Share
 
 using Scores = QMap<QString, QMap<bool, Share>>; // what is measured -> held out -> share
 
-float ordinariness(const SurveyedFace& font)
-{
-    krv::Ordinariness ordinariness;
-    for (const char character : QueryLetters) {
-        const int letter = krv::featureLetterIndex(character);
-        const krv::GlyphFeatures& values = font.analysis.features[std::size_t(letter)];
-        if (krv::isMeasured(values))
-            ordinariness.add(letter, values.data());
-    }
-    return ordinariness.factor();
-}
-
 // One file for each face: outlines of one face in several formats would find each other.
 std::vector<Face> catalogue(const std::vector<SurveyedFace>& fonts, DesignLabels& labels,
                             QVector<QPair<int, int>>* formats)
@@ -94,36 +81,45 @@ std::vector<Face> catalogue(const std::vector<SurveyedFace>& fonts, DesignLabels
                 continue;
         }
         known.insert(key, int(faces.size()));
-        const QString first = QString::fromStdString(font.analysis.classification).section(QLatin1String(", "), 0, 0);
-        faces.push_back(
-            {font, label, NamedStyle::of(font.family, font.style, font.postScriptName), first, ordinariness(font)});
+        faces.push_back({font, label, NamedStyle::of(font.family, font.style, font.postScriptName)});
     }
     return faces;
 }
 
-float distance(const Face& one, const Face& other)
+// The faces as the service would ask about them: all in a catalogue, its features extracted.
+class FeatureSearch
 {
-    float sum = 0;
-    int common = 0;
-    int missing = 0;
-    for (const char character : QueryLetters) {
-        const auto place = std::size_t(krv::featureLetterIndex(character));
-        const krv::GlyphFeatures& mine = one.font.analysis.features[place];
-        const krv::GlyphFeatures& its = other.font.analysis.features[place];
-        if (!krv::isMeasured(mine))
-            continue;
-        if (krv::isMeasured(its)) {
-            sum += krv::glyphDistance(mine.data(), its.data());
-            ++common;
-        } else {
-            ++missing;
-        }
+public:
+    explicit FeatureSearch(const std::vector<Face>& faces)
+    {
+        std::vector<SurveyedFace> fonts;
+        for (const Face& face : faces)
+            fonts.push_back(face.font);
+        const QString database = m_place.filePath(QStringLiteral("fms.db"));
+        const QString folder = m_place.filePath(QStringLiteral("features"));
+        writeCatalogue(database, fonts, int(fonts.size()));
+        extractCatalogue(database, folder);
+        const std::string letters(QueryLetters.begin(), QueryLetters.end());
+        if (m_folder.open(folder.toStdString(), letters) != FeatureFolder::State::Ready)
+            qFatal("no features");
     }
-    if (common == 0)
-        return Nowhere;
-    const float looks = sum / float(common) * (1 + 0.15F * float(missing)) * other.ordinariness;
-    return looks + (one.mainClass == other.mainClass ? 0 : OtherClass * std::min(1.0F, looks / NearLooks));
-}
+
+    // From one face to all.
+    QVector<float> distancesFrom(int face) const
+    {
+        SimilarityQuery query;
+        query.font = face;
+        query.limit = m_folder.count();
+        QVector<float> distances(m_folder.count(), Nowhere);
+        for (const Match& match : findMatches(m_folder, SimilarityMethod::Similar, query))
+            distances[match.font] = float(match.deviance);
+        return distances;
+    }
+
+private:
+    QTemporaryDir m_place;
+    FeatureFolder m_folder;
+};
 
 // What anybody would try first: the letters scaled to 16 x 16 pixels each, the lengths of their differences added up.
 float bitmapDistance(const Face& one, const Face& other)
@@ -144,7 +140,13 @@ float bitmapDistance(const Face& one, const Face& other)
     return common > 0 ? sum / float(common) : Nowhere;
 }
 
-using Distance = float (*)(const Face&, const Face&);
+QVector<float> bitmapDistancesFrom(const std::vector<Face>& faces, int asked)
+{
+    QVector<float> distances;
+    for (const Face& face : faces)
+        distances << bitmapDistance(faces[std::size_t(asked)], face);
+    return distances;
+}
 
 // The outcome of one question: is the nearest of the right answers before all of the wrong ones?
 void judge(Scores& scores, const QString& what, const Face& asked, const QVector<float>& distances,
@@ -172,15 +174,13 @@ bool asksForAlike(const std::vector<Face>& faces, int asked)
     return face.style == NamedStyle() && std::none_of(faces.begin(), faces.begin() + asked, sameDesign);
 }
 
-void judgeFace(const std::vector<Face>& faces, int asked, Distance distance, Scores& scores)
+void judgeFace(const std::vector<Face>& faces, int asked, const QVector<float>& distances, Scores& scores)
 {
     const Face& face = faces[asked];
     const int count = int(faces.size());
-    QVector<float> distances(count);
     QVector<char> cut(count), redrawn(count), alike(count), genre(count), kin(count), own(count), copy(count);
     for (int i = 0; i < count; ++i) {
         const Face& other = faces[i];
-        distances[i] = i == asked ? Nowhere : distance(face, other);
         cut[i] = face.label.cuts.intersects(other.label.cuts);
         redrawn[i] = face.label.redrawn.intersects(other.label.redrawn);
         alike[i] = face.label.alike.intersects(other.label.alike);
@@ -343,9 +343,11 @@ bool writeFittingData(const std::vector<Face>& faces, const QString& path)
         return false;
     const auto groups = [](const QSet<QString>& names) { return QJsonArray::fromStringList(names.values()); };
     for (const Face& face : faces) {
+        const QString found =
+            QString::fromStdString(face.font.analysis.classification).section(QLatin1String(", "), 0, 0);
         const QJsonObject known = {{QStringLiteral("family"), face.font.family},
                                    {QStringLiteral("class"), face.label.kind},
-                                   {QStringLiteral("found"), face.mainClass},
+                                   {QStringLiteral("found"), found},
                                    {QStringLiteral("held"), face.label.heldOut},
                                    {QStringLiteral("cut"), groups(face.label.cuts)},
                                    {QStringLiteral("redrawn"), groups(face.label.redrawn)},
@@ -362,19 +364,22 @@ bool writeFittingData(const std::vector<Face>& faces, const QString& path)
     return lines.flush() && values.flush();
 }
 
-Share otherFormats(const std::vector<Face>& all, const QVector<QPair<int, int>>& formats, Distance distance)
+// Whether each face comes first in its other format, not counting its relatives.
+template <typename Distances>
+Share otherFormats(const std::vector<Face>& all, const QVector<QPair<int, int>>& formats, Distances distancesFrom)
 {
     Share found;
     for (const auto& [one, other] : formats) {
         float nearest = Nowhere;
-        const Face& face = all[one];
+        const Face& face = all[std::size_t(one)];
+        const QVector<float> distances = distancesFrom(one);
         for (int i = 0; i < int(all.size()); ++i) {
-            const bool related = i == one || all[i].font.family == face.font.family ||
-                                 all[i].label.cuts.intersects(face.label.cuts) ||
-                                 all[i].label.kin.intersects(face.label.kin);
-            nearest = related ? nearest : std::min(nearest, distance(face, all[i]));
+            const Face& it = all[std::size_t(i)];
+            const bool related = i == one || it.font.family == face.font.family ||
+                                 it.label.cuts.intersects(face.label.cuts) || it.label.kin.intersects(face.label.kin);
+            nearest = related ? nearest : std::min(nearest, distances[i]);
         }
-        found.count(distance(face, all[other]) <= nearest);
+        found.count(distances[other] <= nearest);
     }
     return found;
 }
@@ -436,9 +441,10 @@ int main(int argc, char* argv[])
         return writeFittingData(faces, QString::fromLocal8Bit(argv[2])) ? 0 : 1;
     Scores scores;
     Scores bitmaps;
+    const FeatureSearch search(faces);
     for (int i = 0; i < int(faces.size()); ++i) {
-        judgeFace(faces, i, distance, scores);
-        judgeFace(faces, i, bitmapDistance, bitmaps);
+        judgeFace(faces, i, search.distancesFrom(i), scores);
+        judgeFace(faces, i, bitmapDistancesFrom(faces, i), bitmaps);
     }
     const QMap<QString, double> targets = {{QStringLiteral("twin first"), 97},
                                            {QStringLiteral("twin among ten"), 99},
@@ -463,8 +469,10 @@ int main(int argc, char* argv[])
     }
     reportShare(QStringLiteral("same class, mean over the classes, held out"), classMean(scores, true),
                 classMean(bitmaps, true), 82);
-    reportShare(QStringLiteral("same face in another format"), otherFormats(all, formats, distance).percent(),
-                otherFormats(all, formats, bitmapDistance).percent(), 98);
+    const FeatureSearch searchOfAll(all);
+    const Share format = otherFormats(all, formats, [&](int face) { return searchOfAll.distancesFrom(face); });
+    const Share bitmapFormat = otherFormats(all, formats, [&](int face) { return bitmapDistancesFrom(all, face); });
+    reportShare(QStringLiteral("same face in another format"), format.percent(), bitmapFormat.percent(), 98);
     reportRecords(faces);
     return 0;
 }

@@ -1,5 +1,6 @@
 // What a query over 50,000 fonts, an extraction of them and the measuring of one face cost.
 #include "bench/similarity/FontSurvey.h"
+#include "bench/similarity/SurveyCatalogue.h"
 #include "bench/support/bench.h"
 
 #include "helpers/common/FeatureBlob.h"
@@ -31,71 +32,6 @@ using namespace kerval::helpers;
 namespace {
 
 constexpr int Fonts = 50000;
-
-QString hexPath(const QString& path)
-{
-    return QStringLiteral("0x") + QString::fromLatin1(QFile::encodeName(path).toHex());
-}
-
-void execute(sqlite3* database, const char* sql)
-{
-    if (sqlite3_exec(database, sql, nullptr, nullptr, nullptr) != SQLITE_OK)
-        qFatal("%s: %s", sql, sqlite3_errmsg(database));
-}
-
-// A catalogue of real faces, each in many slightly different copies.
-void writeCatalogue(const QString& path, const std::vector<SurveyedFace>& faces)
-{
-    sqlite3* database = nullptr;
-    sqlite3_open(QFile::encodeName(path).constData(), &database);
-    execute(database, "PRAGMA synchronous = OFF");
-    execute(database,
-            "CREATE TABLE font (id INTEGER PRIMARY KEY, ps_name, other_info2, hwi, hwe, hhe, sc_all, sc_body, "
-            "sc_head, deleted)");
-    execute(database, "CREATE TABLE feature (font_id INTEGER PRIMARY KEY, character, featuredata)");
-    execute(database, "BEGIN");
-    sqlite3_stmt* font = nullptr;
-    sqlite3_stmt* feature = nullptr;
-    sqlite3_prepare_v2(database, "INSERT INTO font VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, 0)", -1, &font, nullptr);
-    sqlite3_prepare_v2(database, "INSERT INTO feature VALUES (?, 0, ?)", -1, &feature, nullptr);
-    for (int id = 1; id <= Fonts; ++id) {
-        const SurveyedFace& face = faces[std::size_t(id) % faces.size()];
-        const krv::FaceAnalysis& shape = face.analysis;
-        std::string blob;
-        for (std::size_t letter = 0; letter < featureAlphabet.size(); ++letter) {
-            FeatureVector vector = shape.features[letter];
-            for (float& value : vector)
-                value *= 1 + 1e-6F * float(id);
-            appendFeature(blob, static_cast<unsigned char>(featureAlphabet[letter]), vector);
-        }
-        const QByteArray name = face.postScriptName.toUtf8() + QByteArray::number(id);
-        sqlite3_bind_int(font, 1, id);
-        sqlite3_bind_text(font, 2, name.constData(), name.size(), SQLITE_TRANSIENT);
-        sqlite3_bind_text(font, 3, shape.classification.c_str(), -1, SQLITE_TRANSIENT);
-        const int numbers[] = {
-            shape.hwi, shape.hwe, shape.hhe, shape.smartChoiceAll, shape.smartChoiceBody, shape.smartChoiceHead};
-        for (int i = 0; i < 6; ++i)
-            sqlite3_bind_int(font, 4 + i, numbers[i]);
-        sqlite3_bind_int(feature, 1, id);
-        sqlite3_bind_blob(feature, 2, blob.data(), int(blob.size()), SQLITE_TRANSIENT);
-        sqlite3_step(font);
-        sqlite3_step(feature);
-        sqlite3_reset(font);
-        sqlite3_reset(feature);
-    }
-    sqlite3_finalize(font);
-    sqlite3_finalize(feature);
-    execute(database, "COMMIT");
-    sqlite3_close(database);
-}
-
-void run(const char* program, const QStringList& arguments)
-{
-    QProcess process;
-    process.start(QStringLiteral(KERVAL_BIN_DIR "/") + QLatin1String(program), arguments);
-    if (!process.waitForFinished(-1) || process.exitCode() != 0)
-        qFatal("%s: %s", program, process.readAllStandardError().constData());
-}
 
 // The program by itself, from start to end, without a reader for what it prints.
 void runBare(const char* program, const QStringList& arguments)
@@ -246,16 +182,11 @@ int main(int argc, char** argv)
     QTemporaryDir place;
     const QString database = place.filePath(QStringLiteral("fms.db"));
     const QString folder = place.filePath(QStringLiteral("features"));
-    writeCatalogue(database, surveyFonts(files));
+    writeCatalogue(database, surveyFonts(files), Fonts);
     const auto read = [&] { return seconds([&] { readFeatureRows(database); }); };
     const auto extract = [&] {
         QDir(folder).removeRecursively(); // as the service leaves it when fonts were added
-        return seconds([&] {
-            run("krvextractfeatures.exe",
-                {QStringLiteral("--createfolder"), QStringLiteral("-d"), hexPath(database), QStringLiteral("-f"),
-                 hexPath(folder), QStringLiteral("-r"), QStringLiteral("QSQLITE"), QStringLiteral("-m"),
-                 QStringLiteral("zerocharacter")});
-        });
+        return seconds([&] { extractCatalogue(database, folder); });
     };
     compare("extract the features of 50,000 fonts", 2, extract, read, 9);
     const QString bare = place.filePath(QStringLiteral("bare"));
@@ -277,7 +208,7 @@ int main(int argc, char** argv)
                            QStringLiteral("-m"), QLatin1String(method)};
     };
     const auto query = [&](const char* method) {
-        return seconds([&] { run("krvfindsimilar.exe", arguments(method)); });
+        return seconds([&] { runHelper("krvfindsimilar.exe", arguments(method)); });
     };
     KrvSimilarityWrapper service(QStringLiteral(KERVAL_BIN_DIR "/krvextractfeatures.exe"),
                                  QStringLiteral(KERVAL_BIN_DIR "/krvfindsimilar.exe"), folder, {}, database, 1,

@@ -1,10 +1,9 @@
 #include "helpers/findsimilar/FaceComparison.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
-#include <thread>
 
+#include "helpers/findsimilar/SharedWork.h"
 #include "helpers/shape/GlyphDistance.h"
 #include "helpers/shape/Ordinariness.h"
 
@@ -18,7 +17,7 @@ constexpr float kMissingPenalty = 0.15F;
 // From here on a second thread saves more than it costs to start.
 constexpr int kManyFonts = 5000;
 
-// A thread takes so many faces at a time: one that a busy machine lets start late leaves more to the other.
+// A thread takes so many faces at a time.
 constexpr int kShare = 2500;
 
 bool isPresent(const float* vector)
@@ -33,20 +32,8 @@ bool isPresent(const float* vector)
 std::vector<float> FaceComparison::distancesFrom(int font, const std::vector<char>& marked) const
 {
     std::vector<float> distances(static_cast<std::size_t>(m_folder.count()), kIncomparable);
-    std::atomic<int> next{0};
-    const auto work = [&] {
-        for (int begin = next.fetch_add(kShare); begin < m_folder.count(); begin = next.fetch_add(kShare)) {
-            scan(font, marked, begin, std::min(begin + kShare, m_folder.count()), distances);
-        }
-    };
-    std::thread helper;
-    if (m_folder.count() >= kManyFonts) {
-        helper = std::thread(work);
-    }
-    work();
-    if (helper.joinable()) {
-        helper.join();
-    }
+    shareWork(m_folder.count(), kShare, kManyFonts,
+              [&](int begin, int end) { scan(font, marked, begin, end, distances); });
     return distances;
 }
 

@@ -20,13 +20,12 @@ constexpr std::size_t kMostFonts = 10 * 1000 * 1000;
 FeatureFolder::State FeatureFolder::open(const std::string& folder, std::string_view characters)
 {
     m_folder = folder;
-    const std::string ids = folder + "/" + std::string(featurefolder::idsFile);
     State state = State::Missing;
     for (int attempt = 0; attempt < kMostOpenings; ++attempt) {
         state = openOnce(characters);
         // The writer takes "ids.bin" away before it touches the rest: the same file under the name now means that all
         // of the files opened since belong to it.
-        if (!m_ids.identity().empty() && fileIdentity(ids) == m_ids.identity()) {
+        if (isCurrent()) {
             return state;
         }
     }
@@ -49,8 +48,7 @@ FeatureFolder::State FeatureFolder::openOnce(std::string_view characters)
         openSized(m_hwi, featurefolder::hwiFile, 4, false) && openSized(m_hwe, featurefolder::hweFile, 4, false) &&
         openSized(m_hhe, featurefolder::hheFile, 4, false) && openSized(m_serif, featurefolder::serifFile, 1, false);
     for (const char character : characters) {
-        if (good && featurefolder::characters.find(character) != std::string_view::npos &&
-            m_characters.find(character) == std::string::npos) {
+        if (good && featurefolder::characters.find(character) != std::string_view::npos && !hasLetter(character)) {
             MappedFile file;
             good = openSized(file, featurefolder::characterFile(static_cast<unsigned char>(character)),
                              featureByteCount, false);
@@ -66,6 +64,18 @@ FeatureFolder::State FeatureFolder::openOnce(std::string_view characters)
         }
     }
     return good ? State::Ready : State::Damaged;
+}
+
+bool FeatureFolder::isCurrent() const
+{
+    return !m_ids.identity().empty() &&
+           fileIdentity(m_folder + "/" + std::string(featurefolder::idsFile)) == m_ids.identity();
+}
+
+bool FeatureFolder::openRecords(char character, RecordFile& file) const
+{
+    return file.open(m_folder + "/" + featurefolder::characterFile(static_cast<unsigned char>(character)),
+                     featureByteCount * static_cast<std::size_t>(m_count));
 }
 
 bool FeatureFolder::openSized(MappedFile& file, std::string_view name, std::size_t entrySize, bool whole)
@@ -112,9 +122,8 @@ std::string_view FeatureFolder::className(int font) const
 
 void FeatureFolder::invalidate() const
 {
-    const std::string ids = m_folder + "/" + std::string(featurefolder::idsFile);
-    if (!m_ids.identity().empty() && fileIdentity(ids) == m_ids.identity()) {
-        std::remove(ids.c_str());
+    if (isCurrent()) {
+        std::remove((m_folder + "/" + std::string(featurefolder::idsFile)).c_str());
     }
 }
 

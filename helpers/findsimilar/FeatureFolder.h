@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "helpers/findsimilar/MappedFile.h"
+#include "helpers/findsimilar/RecordFile.h"
 
 namespace kerval::helpers {
 
@@ -27,16 +28,23 @@ public:
     // After Damaged: takes "ids.bin" away, if it is still the one that was opened, so that the next request extracts.
     void invalidate() const;
 
+    // Whether the folder still holds the extraction that was opened.
+    bool isCurrent() const;
+
     int count() const { return m_count; }
     const std::int32_t* ids() const { return static_cast<const std::int32_t*>(m_ids.data()); }
     int indexOf(int id) const; // -1 when there is none
 
     int letterCount() const { return static_cast<int>(m_letters.size()); }
+    bool hasLetter(char character) const { return m_characters.find(character) != std::string::npos; }
     char character(int letter) const { return m_characters[static_cast<std::size_t>(letter)]; }
     const float* vector(int letter, int font) const
     {
         return static_cast<const float*>(m_letters[static_cast<std::size_t>(letter)].data()) + 61L * font;
     }
+
+    // The vectors of a letter, which need not be one of those: 244 bytes for each face. Ask isCurrent() afterwards.
+    bool openRecords(char character, RecordFile& file) const;
 
     int hwe(int font) const { return static_cast<const std::int32_t*>(m_hwe.data())[font]; }
     int hwi(int font) const { return static_cast<const std::int32_t*>(m_hwi.data())[font]; }

@@ -168,6 +168,7 @@ private slots:
     void nearestComeFirst();
     void nearLooksOutweighTheClass();
     void ordinaryFacesFallBack();
+    void otherLettersHaveTheirSay();
     void idsOnInputRestrict();
     void missingLettersAreLeftOut();
     void damagedFoldersAreMadeAgain_data();
@@ -467,6 +468,36 @@ void SimilarityTest::ordinaryFacesFallBack()
     QCOMPARE(extract(m_catalogue->path(), folder()).exitCode, 0);
     QCOMPARE(find(folder(), "similar", 1).ids, (QList<int>{1, 3, 2, 4}));
     QCOMPARE(find(folder(), "similar", 1, 2).ids, (QList<int>{1, 3}));
+}
+
+void SimilarityTest::otherLettersHaveTheirSay()
+{
+    const auto add = [this](int id, const char* name, float asked, float others) {
+        std::string blob;
+        for (const char character : featureAlphabet) {
+            FeatureVector vector;
+            vector.fill(std::string_view("htlaf").find(character) != std::string_view::npos ? asked : others);
+            appendFeature(blob, static_cast<unsigned char>(character), vector);
+        }
+        m_catalogue->addFont(id, name, "Modern");
+        m_catalogue->addBlob(id, blob);
+    };
+    add(1, "Base-Regular", 1, 1);
+    add(2, "SameFive-Regular", 1, 3);
+    add(3, "Near-Regular", 1.02F, 2);
+    add(4, "NearAsAWhole-Regular", 1.03F, 1.03F);
+    QCOMPARE(extract(m_catalogue->path(), folder()).exitCode, 0);
+    const Answer wholeFaces = find(folder(), "similar", 1);
+    QCOMPARE(wholeFaces.ids, (QList<int>{1, 2, 4, 3}));
+    QCOMPARE(wholeFaces.deviances[1], 0.0);
+    // A few letters alone are not the face, and letters that are lost have no say.
+    QCOMPARE(find(folder(), "similar", 1, 10, {}, QStringLiteral("hta")).ids, (QList<int>{1, 2, 3, 4}));
+    for (const char character : featurefolder::characters) {
+        const QString file = inFolder(folder(), featurefolder::characterFile(static_cast<unsigned char>(character)));
+        if (std::string_view("htlaf").find(character) == std::string_view::npos)
+            QVERIFY(character < 'a' ? QFile::remove(file) : QFile::resize(file, 244));
+    }
+    QCOMPARE(find(folder(), "similar", 1).ids, (QList<int>{1, 2, 3, 4}));
 }
 
 void SimilarityTest::idsOnInputRestrict()
