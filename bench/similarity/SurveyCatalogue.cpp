@@ -28,7 +28,8 @@ void writeCatalogue(const QString& path, const std::vector<SurveyedFace>& faces,
     execute(database,
             "CREATE TABLE font (id INTEGER PRIMARY KEY, ps_name, other_info2, hwi, hwe, hhe, sc_all, sc_body, "
             "sc_head, deleted)");
-    execute(database, "CREATE TABLE feature (font_id INTEGER PRIMARY KEY, character, featuredata)");
+    execute(database, "CREATE TABLE feature (font_id INTEGER NOT NULL, character INTEGER, featuredata BLOB)");
+    execute(database, "CREATE INDEX index_feature_font_id ON feature (font_id)");
     execute(database, "BEGIN");
     sqlite3_stmt* font = nullptr;
     sqlite3_stmt* feature = nullptr;

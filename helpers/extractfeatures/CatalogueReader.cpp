@@ -6,8 +6,8 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <tuple>
 #include <utility>
-#include <vector>
 
 #include <sqlite3.h>
 
@@ -63,6 +63,7 @@ std::string lineSafe(std::string_view name)
 
 CatalogueReader::~CatalogueReader()
 {
+    sqlite3_finalize(m_features);
     sqlite3_close(m_database);
 }
 
@@ -87,8 +88,9 @@ bool CatalogueReader::open(const std::string& path, std::string& problem)
     sqlite3_exec(m_database, "PRAGMA mmap_size = 2147418112", nullptr, nullptr, nullptr);
     const Statement fonts(prepare("SELECT id, ps_name, other_info2, hwi, hwe, hhe, sc_all, sc_body, sc_head, deleted "
                                   "FROM font LIMIT 0"));
-    const Statement features(prepare("SELECT font_id, featuredata FROM feature LIMIT 0"));
-    return (fonts && features) || fail("this is no font catalogue", problem);
+    m_features = prepare("SELECT rowid, featuredata FROM feature WHERE rowid BETWEEN ? AND ?");
+    const Statement rows(prepare("SELECT font_id FROM feature LIMIT 0"));
+    return (fonts && m_features && rows) || fail("this is no font catalogue", problem);
 }
 
 std::int64_t CatalogueReader::dataVersion()
@@ -97,9 +99,8 @@ std::int64_t CatalogueReader::dataVersion()
     return statement && sqlite3_step(statement.get()) == SQLITE_ROW ? sqlite3_column_int64(statement.get(), 0) : -1;
 }
 
-bool CatalogueReader::readFonts(std::string& problem)
+bool CatalogueReader::readFontRows(FontsById& fonts, std::string& problem)
 {
-    m_fonts.clear();
     const Statement statement(prepare("SELECT id, ps_name, other_info2, hwi, hwe, hhe, sc_all, sc_body, sc_head "
                                       "FROM font WHERE coalesce(deleted, 0) = 0"));
     int state = SQLITE_ERROR;
@@ -130,52 +131,99 @@ bool CatalogueReader::readFonts(std::string& problem)
         for (int i = 0; i < 3; ++i) {
             font.scores[static_cast<std::size_t>(i)] = sqlite3_column_int(statement.get(), 6 + i);
         }
-        m_fonts.emplace(id, std::move(font));
+        fonts.emplace(id, std::move(font));
     }
     return state == SQLITE_DONE || fail("the fonts cannot be read", problem);
 }
 
-// Two passes and no join: the feature rows are large and stay in the order the file has them.
-bool CatalogueReader::readAll(const Begin& begin, const Visit& visit, std::string& problem)
+// Only the numbers: an index over them, if there is one, spares reading the table twice.
+bool CatalogueReader::findFeatureRows(FontsById& fonts, std::string& problem)
 {
-    sqlite3_exec(m_database, "BEGIN", nullptr, nullptr, nullptr);
-    const auto end = [this](bool good) {
-        sqlite3_exec(m_database, "COMMIT", nullptr, nullptr, nullptr);
-        return good;
-    };
-    if (!readFonts(problem) || !begin(m_fonts.size())) {
-        return end(false);
-    }
+    const Statement statement(prepare("SELECT rowid, font_id FROM feature"));
     int state = SQLITE_ERROR;
-    {
-        const Statement statement(prepare("SELECT font_id, featuredata FROM feature"));
-        while (statement && (state = sqlite3_step(statement.get())) == SQLITE_ROW) {
-            const auto found = m_fonts.find(sqlite3_column_int64(statement.get(), 0));
-            if (found == m_fonts.end() || found->second.written) {
-                continue;
+    while (statement && (state = sqlite3_step(statement.get())) == SQLITE_ROW) {
+        const std::int64_t row = sqlite3_column_int64(statement.get(), 0);
+        const auto found = fonts.find(sqlite3_column_int64(statement.get(), 1));
+        if (found != fonts.end() && (!found->second.hasRow || row < found->second.row)) {
+            found->second.row = row;
+            found->second.hasRow = true;
+        }
+    }
+    return state == SQLITE_DONE || fail("the features cannot be read", problem);
+}
+
+bool CatalogueReader::readFonts(std::vector<CatalogueFont>& fonts, std::string& problem)
+{
+    hold();
+    FontsById byId;
+    if (!readFontRows(byId, problem) || !findFeatureRows(byId, problem)) {
+        return false;
+    }
+    fonts.clear();
+    fonts.reserve(byId.size());
+    for (auto& [id, font] : byId) {
+        fonts.push_back(std::move(font));
+    }
+    std::sort(fonts.begin(), fonts.end(), [](const CatalogueFont& a, const CatalogueFont& b) {
+        return std::make_tuple(!a.hasRow, a.row, a.id) < std::make_tuple(!b.hasRow, b.row, b.id);
+    });
+    return true;
+}
+
+bool CatalogueReader::readFeatures(const std::vector<CatalogueFont>& fonts, std::size_t begin, std::size_t end,
+                                   const Visit& visit, std::string& problem)
+{
+    hold();
+    std::size_t next = begin;
+    const auto visitWithout = [&](auto isWithout) {
+        while (next < end && isWithout(fonts[next])) {
+            if (!visit({})) {
+                return false;
             }
-            const void* blob = sqlite3_column_blob(statement.get(), 1);
-            const int size = blob ? sqlite3_column_bytes(statement.get(), 1) : 0;
-            found->second.written = true;
-            if (!visit(found->second, {static_cast<const char*>(blob), static_cast<std::size_t>(size)})) {
-                return end(false);
+            ++next;
+        }
+        return true;
+    };
+    auto last = end;
+    while (last > begin && !fonts[last - 1].hasRow) {
+        --last;
+    }
+    if (last > begin) {
+        sqlite3_bind_int64(m_features, 1, fonts[begin].row);
+        sqlite3_bind_int64(m_features, 2, fonts[last - 1].row);
+        bool good = true;
+        int state = SQLITE_ROW;
+        while (good && (state = sqlite3_step(m_features)) == SQLITE_ROW) {
+            const std::int64_t row = sqlite3_column_int64(m_features, 0);
+            good = visitWithout([row](const CatalogueFont& font) { return font.hasRow && font.row < row; });
+            if (good && next < last && fonts[next].row == row) {
+                const void* blob = sqlite3_column_blob(m_features, 1);
+                const int size = blob ? sqlite3_column_bytes(m_features, 1) : 0;
+                good = visit({static_cast<const char*>(blob), static_cast<std::size_t>(size)});
+                ++next;
             }
+        }
+        sqlite3_reset(m_features);
+        if (!good) {
+            return false;
         }
         if (state != SQLITE_DONE) {
-            fail("the features cannot be read", problem);
+            return fail("the features cannot be read", problem);
         }
     }
-    if (state != SQLITE_DONE) {
-        return end(false);
+    return visitWithout([](const CatalogueFont&) { return true; });
+}
+
+void CatalogueReader::hold()
+{
+    if (sqlite3_get_autocommit(m_database)) {
+        sqlite3_exec(m_database, "BEGIN", nullptr, nullptr, nullptr);
     }
-    std::vector<const CatalogueFont*> rest;
-    for (const auto& [id, font] : m_fonts) {
-        if (!font.written) {
-            rest.push_back(&font);
-        }
-    }
-    std::sort(rest.begin(), rest.end(), [](const auto* a, const auto* b) { return a->id < b->id; });
-    return end(std::all_of(rest.begin(), rest.end(), [&visit](const auto* font) { return visit(*font, {}); }));
+}
+
+void CatalogueReader::release()
+{
+    sqlite3_exec(m_database, "COMMIT", nullptr, nullptr, nullptr);
 }
 
 } // namespace kerval::helpers

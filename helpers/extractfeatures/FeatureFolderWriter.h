@@ -1,16 +1,12 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "helpers/common/FeatureBlob.h"
 #include "helpers/common/FeatureFolderLayout.h"
-#include "helpers/extractfeatures/BackgroundWriter.h"
 #include "helpers/extractfeatures/CatalogueReader.h"
+#include "helpers/extractfeatures/FeatureBatch.h"
 
 namespace kerval::helpers {
 
@@ -26,32 +22,16 @@ public:
     FeatureFolderWriter(const FeatureFolderWriter&) = delete;
     FeatureFolderWriter& operator=(const FeatureFolderWriter&) = delete;
 
-    bool begin(std::string& problem);
-    bool reserve(std::size_t fonts); // of which append() will be told; false when the disk has no room for them
-    // Values that are no numbers become 0, unknown keys are skipped, missing letters stay all zero.
-    bool append(const CatalogueFont& font, std::string_view blob);
-    bool publish(std::string& problem);
+    // Makes the files, with room for the letters of these fonts, which the caller adds.
+    bool begin(const std::vector<CatalogueFont>& fonts, std::string& problem);
+    // Writes values of a letter, as place in featurefolder::characters, to a place counted in values. May be called by
+    // several threads at once.
+    bool writeLetter(std::size_t letter, const float* values, std::size_t count, std::size_t place) const;
+    bool publish(const FeatureBatch::Maximums& maximums, std::string& problem);
     void abandon(); // begin() may follow
 
 private:
-    static constexpr std::size_t kLetters = featurefolder::characters.size();
-
-    // Values of fonts that are written together: as much of each letter as the kernel keeps in one piece, so that it
-    // has no pages to fetch a second time for their other half. What the last font has beyond that begins the next
-    // batch.
-    struct Batch
-    {
-        static constexpr std::size_t kWhole = 65536 / sizeof(float);
-        // No whole number of pages, as that would crowd all letters into the same lines of the processor's cache.
-        static constexpr std::size_t kDistance = kWhole + 80;
-        static_assert(kDistance >= kWhole + featureValueCount);
-
-        float* begin(std::size_t letter) { return &values[letter * kDistance]; }
-        float* place(std::size_t letter) { return begin(letter) + used; }
-
-        std::vector<float> values = std::vector<float>(kLetters * kDistance);
-        std::size_t used = 0; // of each letter
-    };
+    static constexpr std::size_t kLetters = FeatureBatch::kLetters;
 
     // The files beside those of the letters; small enough to be kept until the end. In the order in which they are put
     // in place.
@@ -75,17 +55,11 @@ private:
     };
 
     void put(Other other, std::string_view bytes) { m_outputs[other].text.append(bytes); }
-    void writeBatch(std::size_t count); // of values of each letter
+    void putFont(const CatalogueFont& font);
 
     std::string m_folder;
     std::string m_workFolder;
     std::vector<Output> m_outputs; // the letters in the order of featurefolder::characters, then the others
-    std::array<int, 256> m_letterOf{};
-    std::array<std::int32_t, featureValueCount> m_maximums{}; // the bits of values
-    std::array<Batch, 2> m_batches;                           // one is filled while the other is written
-    std::size_t m_filling = 0;
-    std::unique_ptr<BackgroundWriter> m_writer;
-    bool m_failed = false;
 };
 
 } // namespace kerval::helpers

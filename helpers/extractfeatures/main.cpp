@@ -13,7 +13,9 @@ int main(int argc, char** argv)
 {
     std::string problem;
     int code = 2;
-    sqlite3_config(SQLITE_CONFIG_SINGLETHREAD); // the thread that writes the files does not read the database
+    // Each thread reads over a connection of its own, and nobody asks how much memory they have.
+    sqlite3_config(SQLITE_CONFIG_MULTITHREAD);
+    sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
     try {
         const std::vector<std::string> arguments(argv + 1, argv + argc);
         if (const auto options = kerval::helpers::ExtractionOptions::parse(arguments, problem)) {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "helpers/findsimilar/SharedWork.h"
+#include "helpers/common/SharedWork.h"
 #include "helpers/shape/GlyphDistance.h"
 #include "helpers/shape/Ordinariness.h"
 
@@ -33,7 +33,7 @@ std::vector<float> FaceComparison::distancesFrom(int font, const std::vector<cha
 {
     std::vector<float> distances(static_cast<std::size_t>(m_folder.count()), kIncomparable);
     shareWork(m_folder.count(), kShare, kManyFonts,
-              [&](int begin, int end) { scan(font, marked, begin, end, distances); });
+              [&](int begin, int end, int) { scan(font, marked, begin, end, distances); });
     return distances;
 }
 

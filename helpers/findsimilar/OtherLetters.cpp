@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "helpers/common/FeatureFolderLayout.h"
-#include "helpers/findsimilar/SharedWork.h"
+#include "helpers/common/SharedWork.h"
 #include "helpers/shape/GlyphDistance.h"
 
 namespace kerval::helpers {
@@ -37,7 +37,7 @@ OtherLetters::OtherLetters(const FeatureFolder& folder, int font)
 std::vector<float> OtherLetters::distances(const std::vector<int>& fonts) const
 {
     std::vector<float> distances(fonts.size());
-    shareWork(static_cast<int>(fonts.size()), kShare, 2 * kShare, [&](int begin, int end) {
+    shareWork(static_cast<int>(fonts.size()), kShare, 2 * kShare, [&](int begin, int end, int) {
         for (auto i = static_cast<std::size_t>(begin); i < static_cast<std::size_t>(end); ++i) {
             distances[i] = distance(fonts[i]);
         }
