@@ -56,7 +56,7 @@ struct FontResourceHandler::Listing
 
 void FontResourceHandler::Listing::write()
 {
-    QList<StaticFontPtr> fonts = selection.fonts();
+    const QList<StaticFontPtr> fonts = selection.fonts();
     count = fonts.size();
     QHash<int, int> positions;
     const bool isSorted = !sortBy.isEmpty() && sortBy != QLatin1String("#");
@@ -64,13 +64,15 @@ void FontResourceHandler::Listing::write()
         for (int i = 0; i < count; ++i)
             positions.insert(fonts.at(i)->id(), i);
     }
-    if (isSorted)
-        FontSelection::sortByProperty(fonts, sortBy, isDescending);
+    const int first = paging.first(count);
+    const int last = paging.last(count);
+    const QList<StaticFontPtr> slice = isSorted ? FontSelection::sortedSlice(fonts, sortBy, isDescending, first, last)
+                                                : fonts.mid(first, last - first);
     JsonWriter json(body);
     json.beginArray();
-    for (int i = paging.first(count); i < paging.last(count); ++i) {
-        const StaticFontPtr& font = fonts.at(i);
-        const int position = !showsPosition ? 0 : isSorted ? positions.value(font->id()) : i;
+    for (int i = 0; i < slice.size(); ++i) {
+        const StaticFontPtr& font = slice.at(i);
+        const int position = !showsPosition ? 0 : isSorted ? positions.value(font->id()) : first + i;
         fontJson.write(json, *font, position);
     }
     json.endArray();

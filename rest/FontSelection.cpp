@@ -2,16 +2,14 @@
 
 #include "qtService/app/service/FontManagementService.h"
 #include "qtService/database/FindMathingFontsCommand.h"
+#include "qtService/database/FontField.h"
 #include "qtService/database/KrvFontRepository.h"
 #include "qtService/management/SimilarFontsGroup.h"
 #include "qtService/management/SystemFontGroupList.h"
 #include "qtService/management/UserFontGroupList.h"
 #include "rest/FontQuery.h"
 
-#include <QMetaProperty>
-
 #include <algorithm>
-#include <limits>
 #include <vector>
 
 namespace api::rest {
@@ -59,39 +57,33 @@ bool isRecentGroup(int groupId)
            groupId == SystemFontGroupList::RecentlyDeactivatedFonts;
 }
 
-// What a value is ordered by: numbers and moments as numbers, everything else as text, whose case decides only between
-// texts that are alike but for it.
+// Numbers and moments are ordered as numbers, everything else as text, whose case decides only between texts that are
+// alike but for it. Equal ones stay in the order they have.
 struct SortKey
 {
-    double number = 0;
+    qint64 number = 0;
     QString text;
     int index = 0;
 
-    SortKey(const QVariant& value, int position)
+    SortKey(const fms::FontField& field, const fms::StaticFont& font, int position)
         : index(position)
     {
-        switch (int(value.type())) {
-        case QMetaType::Bool:
-        case QMetaType::Int:
-        case QMetaType::UChar:
-            number = value.toInt();
-            break;
-        case QMetaType::QDateTime: {
-            const QDateTime moment = value.toDateTime();
-            number = moment.isValid() ? double(moment.toMSecsSinceEpoch()) : std::numeric_limits<double>::lowest();
-            break;
-        }
-        default:
-            text = value.toString();
-        }
+        fms::StaticFontAccess::read(font, [&](const fms::StaticFontData& data) {
+            if (field.isNumber())
+                number = field.number(data);
+            else if (field.kind == fms::FontField::Time)
+                number = field.seconds(data);
+            else
+                text = field.text(data);
+        });
     }
 
-    bool operator<(const SortKey& other) const
+    int compare(const SortKey& other) const
     {
         if (number != other.number)
-            return number < other.number;
+            return number < other.number ? -1 : 1;
         const int order = text.compare(other.text, Qt::CaseInsensitive);
-        return order != 0 ? order < 0 : text < other.text;
+        return order != 0 ? order : text.compare(other.text);
     }
 };
 
@@ -169,26 +161,36 @@ QList<int> FontSelection::fontIds() const
     return ids;
 }
 
-void FontSelection::sortByProperty(QList<StaticFontPtr>& fonts, const QString& property, bool descending)
+QList<StaticFontPtr> FontSelection::sortedSlice(const QList<StaticFontPtr>& fonts, const QString& property,
+                                                bool descending, int first, int last)
 {
-    const QMetaObject& type = fms::StaticFont::staticMetaObject;
-    const int index = type.indexOfProperty(property.toLatin1().constData());
-    if (index < type.propertyOffset())
-        return;
-    const QMetaProperty read = type.property(index);
+    const fms::FontField* const field = fms::FontField::find(property);
+    if (!field || field->kind == fms::FontField::Subsets || first >= last)
+        return fonts.mid(first, std::max(last - first, 0));
     std::vector<SortKey> keys;
     keys.reserve(size_t(fonts.size()));
-    for (int i = 0; i < fonts.size(); ++i)
-        keys.emplace_back(read.read(fonts.at(i).data()), i);
-    if (descending)
-        std::stable_sort(keys.begin(), keys.end(), [](const SortKey& a, const SortKey& b) { return b < a; });
-    else
-        std::stable_sort(keys.begin(), keys.end());
-    QList<StaticFontPtr> sorted;
-    sorted.reserve(fonts.size());
-    for (const SortKey& key : keys)
-        sorted.append(fonts.at(key.index));
-    fonts = sorted;
+    for (int i = 0; i < fonts.size(); ++i) {
+        if (property == QLatin1String("fontHash"))
+            fonts.at(i)->fontHash(); // computes and keeps it
+        keys.emplace_back(*field, *fonts.at(i), i);
+    }
+    const auto comesFirst = [descending](const SortKey& a, const SortKey& b) {
+        const int order = descending ? b.compare(a) : a.compare(b);
+        return order != 0 ? order < 0 : a.index < b.index;
+    };
+    // A page of a large catalogue: what comes before and behind it need not be in order.
+    const auto begin = keys.begin() + first;
+    const auto end = keys.begin() + last;
+    if (begin != keys.begin())
+        std::nth_element(keys.begin(), begin, keys.end(), comesFirst);
+    if (end != keys.end())
+        std::nth_element(begin, end, keys.end(), comesFirst);
+    std::sort(begin, end, comesFirst);
+    QList<StaticFontPtr> slice;
+    slice.reserve(last - first);
+    for (auto key = begin; key != end; ++key)
+        slice.append(fonts.at(key->index));
+    return slice;
 }
 
 } // namespace api::rest

@@ -35,8 +35,10 @@ public:
     QList<StaticFontPtr> fonts() const;
     QList<int> fontIds() const;
 
-    // By the values of a property, equal ones in their former order. Names that are no property of a font sort nothing.
-    static void sortByProperty(QList<StaticFontPtr>& fonts, const QString& property, bool descending);
+    // What stands from `first` to before `last` once the fonts are sorted by the values of a property, equal ones in
+    // their former order. Names that are no property of a font sort nothing.
+    static QList<StaticFontPtr> sortedSlice(const QList<StaticFontPtr>& fonts, const QString& property, bool descending,
+                                            int first, int last);
 
 private:
     QSharedPointer<FontCollectionInterface>
