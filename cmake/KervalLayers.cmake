@@ -37,7 +37,9 @@ if(KERVAL_SANITIZER)
     target_compile_options(kerval_flags INTERFACE -fsanitize=${KERVAL_SANITIZER} -fno-omit-frame-pointer)
     target_link_options(kerval_flags INTERFACE -fsanitize=${KERVAL_SANITIZER})
     if(KERVAL_SANITIZER STREQUAL "address")
-        target_compile_options(kerval_flags INTERFACE -fsanitize=undefined -fno-sanitize=vptr)
+        # What is undefined ends the program, or a test would pass over the message.
+        target_compile_options(kerval_flags INTERFACE -fsanitize=undefined,float-cast-overflow -fno-sanitize=vptr
+            -fno-sanitize-recover=all -D_GLIBCXX_ASSERTIONS)
         target_link_options(kerval_flags INTERFACE -fsanitize=undefined)
     endif()
 endif()
