@@ -1,5 +1,7 @@
 #include "qtService/database/FontDatabaseFile.h"
 
+#include "qtService/database/ScopedConnection.h"
+
 #include <QDateTime>
 #include <QDebug>
 #include <QDir>
@@ -10,41 +12,11 @@
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
-#include <QUuid>
+#include <QSqlRecord>
 
 namespace fontdatabasefile {
 
 namespace {
-
-// A connection of its own to the file, closed and forgotten with the object.
-class Connection
-{
-public:
-    explicit Connection(const QString& fileName)
-        : m_name(QUuid::createUuid().toString())
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name);
-        database.setDatabaseName(fileName);
-        database.open();
-    }
-    ~Connection() { QSqlDatabase::removeDatabase(m_name); }
-    Q_DISABLE_COPY(Connection)
-
-    QSqlDatabase database() const { return QSqlDatabase::database(m_name, false); }
-
-private:
-    const QString m_name;
-};
-
-QStringList fieldsOf(const QSqlDatabase& database, const QString& table)
-{
-    QStringList names;
-    QSqlQuery query(database);
-    query.exec(QStringLiteral("PRAGMA table_info(%1)").arg(table));
-    while (query.next())
-        names.append(query.value(1).toString());
-    return names;
-}
 
 // Reads as far as the file can be read; false when it ends in an error.
 bool readPaths(const QSqlDatabase& database, const QString& order, QStringList& paths)
@@ -60,7 +32,7 @@ bool readPaths(const QSqlDatabase& database, const QString& order, QStringList& 
 
 QStringList cataloguedPaths(const QString& fileName)
 {
-    const Connection connection(fileName);
+    const ScopedConnection connection(fileName);
     QStringList paths;
     // A damaged page stops a reader; what lies behind it is reached from the other end.
     if (!readPaths(connection.database(), QStringLiteral("ASC"), paths))
@@ -138,7 +110,7 @@ Condition inspect(const QString& fileName, const QStringList& fontColumns, int f
     if (!info.exists() || (info.isFile() && info.size() == 0))
         return Missing;
 
-    const Connection connection(fileName);
+    const ScopedConnection connection(fileName);
     const QSqlDatabase database = connection.database();
     QSqlQuery query(database);
     // Reads the header and the schema, where most damage shows.
@@ -153,7 +125,7 @@ Condition inspect(const QString& fileName, const QStringList& fontColumns, int f
     const int version = query.next() ? query.value(0).toInt() : 0;
     query.finish();
 
-    const QStringList fields = fieldsOf(database, QStringLiteral("font"));
+    const QSqlRecord fields = database.record(QStringLiteral("font"));
     if (fields.isEmpty())
         return Foreign;
     const bool complete = std::all_of(fontColumns.cbegin(), fontColumns.cend(),

@@ -1,5 +1,7 @@
 #include "qtService/database/UserDatabaseFile.h"
 
+#include "qtService/database/FontDatabaseFile.h"
+#include "qtService/database/ScopedConnection.h"
 #include "qtService/database/UserDatabaseSalvage.h"
 
 #include <QDateTime>
@@ -9,7 +11,6 @@
 #include <QSqlError>
 #include <QSqlQuery>
 #include <QStringList>
-#include <QUuid>
 #include <QVariant>
 #include <QtDebug>
 
@@ -101,38 +102,27 @@ bool inTransaction(const QSqlDatabase& database, const std::function<bool()>& wo
     return false;
 }
 
-// An open connection that is gone again with its scope.
-class ScopedConnection
+// What another program holds is mostly let go soon; a start without the user's data lasts a whole session.
+constexpr char waiting[] = "QSQLITE_BUSY_TIMEOUT=30000";
+
+// A journal left behind would be replayed into the next file of the name.
+bool moveWithJournals(const QString& from, const QString& to)
 {
-public:
-    explicit ScopedConnection(const QString& fileName)
-        : m_name(QUuid::createUuid().toString())
-        , database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name))
-    {
-        database.setDatabaseName(fileName);
-        // What another program holds is mostly let go soon; a start without the user's data lasts a whole session.
-        database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=30000"));
-        database.open();
+    if (!QFile::rename(from, to))
+        return false;
+    for (const char* suffix : {"-wal", "-shm", "-journal"}) {
+        const QString journal = from + QLatin1String(suffix);
+        if (QFile::exists(journal) && !QFile::rename(journal, to + QLatin1String(suffix)))
+            return false;
     }
-    ~ScopedConnection()
-    {
-        database = QSqlDatabase();
-        QSqlDatabase::removeDatabase(m_name);
-    }
-    ScopedConnection(const ScopedConnection&) = delete;
-    ScopedConnection& operator=(const ScopedConnection&) = delete;
-
-private:
-    QString m_name;
-
-public:
-    QSqlDatabase database;
-};
+    return true;
+}
 
 } // namespace
 
 UserDatabaseFile::UserDatabaseFile(const QString& fileName)
     : m_fileName(fileName)
+    , m_fileToSalvage(fileName + QStringLiteral(".damaged"))
 {
 }
 
@@ -150,21 +140,26 @@ bool UserDatabaseFile::prepare()
 {
     if (QFileInfo(m_fileName).size() > 0) {
         const Condition condition = examine();
-        if (condition == Condition::Unreadable || (condition == Condition::Damaged && !setAside()))
+        if (condition == Condition::Unreadable)
+            return false;
+        // What was damaged before was taken over, or this file would have no content.
+        if (QFileInfo(m_fileName).size() > 0 && QFile::exists(m_fileToSalvage))
+            giveDate();
+        if (condition == Condition::Damaged && !setAside())
             return false;
     }
     // An empty file is what a start leaves that was killed before the schema was committed.
     const bool isNew = QFileInfo(m_fileName).size() == 0;
 
-    ScopedConnection connection(m_fileName);
-    if (!connection.database.isOpen()) {
-        qWarning().noquote() << "E_0_ FAILED to open:" << m_fileName << connection.database.lastError().text();
+    const ScopedConnection connection(m_fileName, QLatin1String(waiting));
+    if (!connection.database().isOpen()) {
+        qWarning().noquote() << "E_0_ FAILED to open:" << m_fileName << connection.database().lastError().text();
         return false;
     }
     if (isNew)
-        return create(connection.database);
-    const int version = number(connection.database, QStringLiteral("PRAGMA user_version"), 0);
-    return version < 1 || version >= CurrentVersion || upgrade(connection.database, version);
+        return create(connection.database());
+    const int version = number(connection.database(), QStringLiteral("PRAGMA user_version"), 0);
+    return version < 1 || version >= CurrentVersion || upgrade(connection.database(), version);
 }
 
 UserDatabaseFile::Condition UserDatabaseFile::examine() const
@@ -172,15 +167,13 @@ UserDatabaseFile::Condition UserDatabaseFile::examine() const
     // SQLite takes a file shorter than its header for a new one and would write over what it holds.
     if (QFileInfo(m_fileName).size() < 100 && QFileInfo(m_fileName).isFile())
         return Condition::Damaged;
-    ScopedConnection connection(m_fileName);
-    QSqlQuery query(connection.database);
-    if (!connection.database.isOpen() || !query.exec(QStringLiteral("PRAGMA quick_check"))) {
-        const QSqlError error = connection.database.isOpen() ? query.lastError() : connection.database.lastError();
+    const ScopedConnection connection(m_fileName, QLatin1String(waiting));
+    QSqlQuery query(connection.database());
+    if (!connection.database().isOpen() || !query.exec(QStringLiteral("PRAGMA quick_check"))) {
+        const QSqlError error = connection.database().isOpen() ? query.lastError() : connection.database().lastError();
         qWarning().noquote() << "E_0_ FAILED to open:" << m_fileName << error.text();
-        // SQLITE_CORRUPT and SQLITE_NOTADB; anything else (rights, a full disk, a lock) says nothing of the content.
-        const bool damaged =
-            error.nativeErrorCode() == QLatin1String("11") || error.nativeErrorCode() == QLatin1String("26");
-        return damaged ? Condition::Damaged : Condition::Unreadable;
+        // Anything else (rights, a full disk, a lock) says nothing of the content.
+        return fontdatabasefile::isDamage(error.nativeErrorCode()) ? Condition::Damaged : Condition::Unreadable;
     }
     bool damaged = false;
     while (query.next()) {
@@ -194,39 +187,41 @@ UserDatabaseFile::Condition UserDatabaseFile::examine() const
     return damaged || query.lastError().isValid() ? Condition::Damaged : Condition::Sound;
 }
 
-bool UserDatabaseFile::setAside()
+bool UserDatabaseFile::setAside() const
+{
+    if (moveWithJournals(m_fileName, m_fileToSalvage))
+        return true;
+    qWarning().noquote() << "E_0_ Cannot move the damaged file aside:" << m_fileName;
+    return false;
+}
+
+bool UserDatabaseFile::create(const QSqlDatabase& database)
+{
+    const bool isDamaged = QFile::exists(m_fileToSalvage);
+    const bool created = inTransaction(database, [&] {
+        for (const char* statement : schema) {
+            if (!run(database, QLatin1String(statement)))
+                return false;
+        }
+        if (isDamaged && !salvageUserData(m_fileToSalvage, database, &m_salvagedRows))
+            return false;
+        return run(database, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion));
+    });
+    if (!created || !isDamaged)
+        return created;
+    m_setAsideFile = giveDate();
+    qWarning().noquote() << "U_ The file with your groups and notes was damaged. It was kept as" << m_setAsideFile
+                         << "and a new one was begun.";
+    return true;
+}
+
+QString UserDatabaseFile::giveDate() const
 {
     const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd-HHmmss"));
     QString target = m_fileName + QStringLiteral(".damaged-") + stamp;
     for (int n = 2; QFile::exists(target); ++n)
         target = m_fileName + QStringLiteral(".damaged-%1-%2").arg(stamp).arg(n);
-    if (!QFile::rename(m_fileName, target)) {
-        qWarning().noquote() << "E_0_ Cannot move the damaged file aside:" << m_fileName;
-        return false;
-    }
-    // A journal left behind would be replayed into the new file.
-    for (const char* suffix : {"-wal", "-shm", "-journal"}) {
-        const QString journal = m_fileName + QLatin1String(suffix);
-        if (QFile::exists(journal) && !QFile::rename(journal, target + QLatin1String(suffix)))
-            return false;
-    }
-    m_setAsideFile = target;
-    qWarning().noquote() << "U_ The file with your groups and notes was damaged. It was kept as" << target
-                         << "and a new one was begun.";
-    return true;
-}
-
-bool UserDatabaseFile::create(const QSqlDatabase& database)
-{
-    return inTransaction(database, [&] {
-        for (const char* statement : schema) {
-            if (!run(database, QLatin1String(statement)))
-                return false;
-        }
-        if (!m_setAsideFile.isEmpty() && !salvageUserData(m_setAsideFile, database, &m_salvagedRows))
-            return false;
-        return run(database, QStringLiteral("PRAGMA user_version = %1").arg(CurrentVersion));
-    });
+    return moveWithJournals(m_fileToSalvage, target) ? target : m_fileToSalvage;
 }
 
 bool UserDatabaseFile::upgrade(const QSqlDatabase& database, int version) const

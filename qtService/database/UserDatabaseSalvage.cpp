@@ -1,15 +1,18 @@
 #include "qtService/database/UserDatabaseSalvage.h"
 
+#include "qtService/database/ScopedConnection.h"
+
 #include <QFile>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QSqlRecord>
 #include <QStringList>
-#include <QTemporaryDir>
 #include <QVariant>
 #include <QtDebug>
 
 #include <limits>
+#include <memory>
 
 namespace {
 
@@ -26,41 +29,48 @@ const char* const corrections[] = {
     "WHERE id_user_defined_family NOT IN (SELECT id FROM user_defined_family)",
 };
 
-constexpr char connectionName[] = "user data to salvage";
+void removeDatabaseFile(const QString& fileName)
+{
+    for (const char* suffix : {"", "-wal", "-shm", "-journal"})
+        QFile::remove(fileName + QLatin1String(suffix));
+}
 
-// A copy of the damaged file, open as long as the object lives.
+// A copy of the damaged file beside it, where there is room for the new one too, or none will be made anyway. It is
+// gone with the object, or with the next attempt after a crash.
 class DamagedCopy
 {
 public:
     explicit DamagedCopy(const QString& fileName)
+        : m_copy(fileName + QStringLiteral(".copy"))
     {
-        const QString copy = m_folder.filePath(QStringLiteral("user.db"));
-        for (const char* suffix : {"", "-wal", "-journal"})
-            QFile::copy(fileName + QLatin1String(suffix), copy + QLatin1String(suffix));
-        auto database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QLatin1String(connectionName));
-        database.setDatabaseName(copy);
-        database.open();
+        removeDatabaseFile(m_copy);
+        for (const char* suffix : {"", "-wal", "-journal"}) {
+            QFile part(fileName + QLatin1String(suffix));
+            if (part.exists() && !part.copy(m_copy + QLatin1String(suffix))) {
+                m_error = part.errorString();
+                return;
+            }
+        }
+        m_connection.reset(new ScopedConnection(m_copy));
         // Or a file that was cut off is not read at all.
-        QSqlQuery(database).exec(QStringLiteral("PRAGMA writable_schema = ON"));
+        QSqlQuery(m_connection->database()).exec(QStringLiteral("PRAGMA writable_schema = ON"));
     }
-    ~DamagedCopy() { QSqlDatabase::removeDatabase(QLatin1String(connectionName)); }
+    ~DamagedCopy()
+    {
+        m_connection.reset();
+        removeDatabaseFile(m_copy);
+    }
     Q_DISABLE_COPY(DamagedCopy)
 
-    QSqlDatabase database() const { return QSqlDatabase::database(QLatin1String(connectionName), false); }
+    bool isComplete() const { return m_connection != nullptr; }
+    QString error() const { return m_error; }
+    QSqlDatabase database() const { return m_connection->database(); }
 
 private:
-    QTemporaryDir m_folder;
+    const QString m_copy;
+    QString m_error;
+    std::unique_ptr<ScopedConnection> m_connection;
 };
-
-QStringList columnsOf(const QSqlDatabase& database, const QString& table)
-{
-    QStringList columns;
-    QSqlQuery query(database);
-    query.exec(QStringLiteral("PRAGMA table_info(`%1`)").arg(table));
-    while (query.next())
-        columns.append(query.value(1).toString());
-    return columns;
-}
 
 // One table: from its start up to the first bad page, from its end down to the last, and between them row by row.
 class TableSalvage
@@ -71,11 +81,12 @@ public:
         , m_damaged(damaged)
         , m_insert(fresh)
     {
-        const QStringList known = columnsOf(fresh, table);
+        const QSqlRecord known = fresh.record(table);
+        const QSqlRecord found = damaged.record(table);
         QStringList columns;
-        for (const QString& column : columnsOf(damaged, table)) {
-            if (known.contains(column))
-                columns.append(column);
+        for (int i = 0; i < found.count(); ++i) {
+            if (known.contains(found.fieldName(i)))
+                columns.append(found.fieldName(i));
         }
         m_columnCount = columns.size();
         m_columns = QLatin1Char('`') + columns.join(QStringLiteral("`,`")) + QLatin1Char('`');
@@ -181,6 +192,10 @@ bool salvageUserData(const QString& damagedFileName, const QSqlDatabase& fresh, 
 {
     *rows = 0;
     const DamagedCopy damaged(damagedFileName);
+    if (!damaged.isComplete()) {
+        qWarning().noquote() << "E_0_ Cannot copy" << damagedFileName << damaged.error();
+        return false;
+    }
     for (const char* table : tables) {
         TableSalvage salvage(QLatin1String(table), damaged.database(), fresh);
         if (!salvage.takeOver())

@@ -302,6 +302,32 @@ private slots:
         QVERIFY2(notesIn(database) > count * 6 / 10, qPrintable(QString::number(notesIn(database))));
     }
 
+    void triesAgainWhenThereWasNoRoomToReadADamagedFile()
+    {
+        makeOldFile(m_fileName, 5);
+        QByteArray damaged = readFile(m_fileName);
+        damaged.replace(damaged.size() - 4096, 64, QByteArray(64, '\xA5'));
+        writeFile(m_fileName, damaged);
+        // Stands where the copy is to be read from, as nothing else can be made to fail on every machine.
+        const QString obstacle = m_fileName + QStringLiteral(".damaged.copy");
+        QVERIFY(QDir().mkdir(obstacle));
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            KrvUserDatabase database;
+            QVERIFY(!database.open(m_fileName));
+            QVERIFY(!database.isOpen());
+        }
+        QCOMPARE(readFile(m_fileName + QStringLiteral(".damaged")), damaged);
+
+        QVERIFY(QDir().rmdir(obstacle));
+        KrvUserDatabase database;
+        QVERIFY(database.open(m_fileName));
+        QVERIFY(database.hasSalvaged());
+        QVERIFY(database.setAsideFile().contains(QLatin1String(".damaged-")));
+        QCOMPARE(readFile(database.setAsideFile()), damaged);
+        QCOMPARE(database.groupName(7), QStringLiteral("Plakate"));
+        QCOMPARE(QDir(m_folder->path()).entryList({QStringLiteral("*.damaged*")}, QDir::Files).size(), 1);
+    }
+
     void reportsWhatItCannotOpen()
     {
         QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("user.db")));
