@@ -5,6 +5,7 @@
 #include "qtService/ui/fonts/KrvFontsViewModel.h"
 #include "qtService/ui/sidebar/SideBarWidget.h"
 #include "qtService/ui/window/KrvFontManagerWindow.h"
+#include "qtService/ui/window/ScreenGeometry.h"
 
 #include <QMessageBox>
 
@@ -15,6 +16,9 @@ void KrvFontManagerWindow::fontLens()
     if (!m_fontLens) {
         m_fontLens = new FontLensDialog(this, m_localRecognitionService);
         m_fontLens->setWindowTitle(titled(tr("FontLens")));
+        QRect place(QPoint(), m_fontLens->size());
+        place.moveCenter(geometry().center());
+        m_fontLens->setGeometry(ui::onScreen(place));
         connect(m_fontLens.data(), &FontLensDialog::closed, this, &KrvFontManagerWindow::fontLensClosed);
         connect(m_fontLens.data(), &FontLensDialog::showFontRequested, this, &KrvFontManagerWindow::showFontInLibrary);
         connect(m_fontLens.data(), &FontLensDialog::addressTyped, this, &KrvFontManagerWindow::pictureAddressTyped);

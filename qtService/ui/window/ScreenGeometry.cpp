@@ -1,8 +1,9 @@
 #include "qtService/ui/window/ScreenGeometry.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QRegion>
 #include <QScreen>
+#include <QStyle>
 
 namespace ui {
 
@@ -10,7 +11,9 @@ QRect onScreen(const QRect& geometry)
 {
     QRect best;
     int shared = -1;
-    QRegion outside(geometry);
+    // What is placed is the inside of a window; its title bar must not be what leaves the screen.
+    const int titleBar = QApplication::style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    QRegion outside(geometry.adjusted(0, -titleBar, 0, 0));
     const QList<QScreen*> screens = QGuiApplication::screens();
     for (const QScreen* screen : screens) {
         const QRect available = screen->availableGeometry();
@@ -23,6 +26,7 @@ QRect onScreen(const QRect& geometry)
     }
     if (outside.isEmpty() || best.isEmpty())
         return geometry;
+    best.setTop(best.top() + titleBar);
     QRect moved(geometry.topLeft(), geometry.size().boundedTo(best.size()));
     moved.moveLeft(qBound(best.left(), moved.left(), best.right() + 1 - moved.width()));
     moved.moveTop(qBound(best.top(), moved.top(), best.bottom() + 1 - moved.height()));
