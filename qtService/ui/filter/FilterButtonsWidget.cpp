@@ -1,9 +1,9 @@
 #include "qtService/ui/filter/FilterButtonsWidget.h"
 
 #include "qtService/ui/filter/KrvFilterButtonGroup.h"
+#include "qtService/ui/widgets/FlatButton.h"
 
 #include <QHBoxLayout>
-#include <QPushButton>
 
 FilterButtonsWidget::FilterButtonsWidget(QWidget* parent)
     : QWidget(parent)
@@ -22,17 +22,15 @@ FilterButtonsWidget::FilterButtonsWidget(QWidget* parent)
     const Page buttons[] = {
         {"btnAttributes", tr("Attributes")}, {"btnFitlers", tr("Filters")}, {"btnText", tr("Text")}};
     for (const Page& page : buttons) {
-        auto* button = new QPushButton(page.text, this);
+        auto* button = new FlatButton(QIcon(), page.text, this);
         button->setObjectName(QLatin1String(page.objectName));
         button->setCheckable(true);
-        button->setFlat(true);
         group->addButton(button, m_pages.size());
         m_pages.append(button);
         pages->addWidget(button);
     }
-    m_reset = new QPushButton(tr("Reset Filters"), this);
+    m_reset = new FlatButton(QIcon(), tr("Reset Filters"), this);
     m_reset->setObjectName(QStringLiteral("btnResetFilters"));
-    m_reset->setFlat(true);
     m_reset->hide();
     auto* right = new QHBoxLayout;
     right->setObjectName(QStringLiteral("horizontalLayout_3"));

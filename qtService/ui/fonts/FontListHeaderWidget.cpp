@@ -1,5 +1,6 @@
 #include "qtService/ui/fonts/FontListHeaderWidget.h"
 
+#include "qtService/ui/widgets/FlatButton.h"
 #include "qtService/ui/window/Palette.h"
 
 #include <QEvent>
@@ -7,7 +8,6 @@
 #include <QIcon>
 #include <QLabel>
 #include <QPainter>
-#include <QPushButton>
 #include <QStyle>
 
 namespace {
@@ -18,9 +18,8 @@ QPushButton* makeButton(const QString& objectName, const QString& side, const QS
     const QString file = QStringLiteral(":/new_icons/header_%1_%2active52x52.png");
     icon.addFile(file.arg(side, QString()), QSize(), QIcon::Normal);
     icon.addFile(file.arg(side, QStringLiteral("in")), QSize(), QIcon::Disabled);
-    auto* button = new QPushButton(icon, QString(), parent);
+    auto* button = new FlatButton(icon, QString(), parent);
     button->setObjectName(objectName);
-    button->setFlat(true);
     button->setIconSize(QSize(26, 26));
     button->setFixedSize(30, 28);
     button->setToolTip(description);
