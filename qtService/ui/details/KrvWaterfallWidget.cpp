@@ -149,6 +149,7 @@ void KrvWaterfallWidget::setPreviewText(const QString& text)
         m_text->setCurrentIndex(entry);
     else
         m_text->setEditText(line.left(maximumTextLength));
+    m_text->lineEdit()->home(false); // a long text is read from its beginning
 }
 
 void KrvWaterfallWidget::showSize(int points)
