@@ -175,6 +175,11 @@ Sie wurde als &quot;%1&quot; aufgehoben, und Kerval hat mit dem begonnen, was vo
         <translation>Verarbeitete Schriften</translation>
     </message>
     <message>
+        <source>: %1 of %2</source>
+        <comment>Example - Processed fonts: 10 of 20</comment>
+        <translation>: %1 von %2</translation>
+    </message>
+    <message>
         <source>paused</source>
         <comment>Appended to progress text when scan is paused</comment>
         <translation>angehalten</translation>
@@ -471,6 +476,10 @@ Bitte prüfen Sie die Zugriffsrechte von:
 <context>
     <name>FileProgressDialog</name>
     <message>
+        <source>Saved as %1</source>
+        <translation>Gespeichert als %1</translation>
+    </message>
+    <message>
         <source>Show in Windows Explorer</source>
         <translation>Im Dateimanager anzeigen</translation>
     </message>
@@ -574,19 +583,33 @@ Bitte prüfen Sie die Zugriffsrechte von:
         <source>Not activated</source>
         <translation>Nicht aktiviert</translation>
     </message>
+    <message>
+        <source>1 font activated</source>
+        <translation>1 Schrift aktiviert</translation>
+    </message>
     <message numerus="yes">
-        <source>%n font(s) activated</source>
+        <source>%n fonts activated</source>
+        <comment>Not for one font</comment>
         <translation>
             <numerusform>%n Schrift aktiviert</numerusform>
             <numerusform>%n Schriften aktiviert</numerusform>
         </translation>
     </message>
+    <message>
+        <source>1 font deactivated</source>
+        <translation>1 Schrift deaktiviert</translation>
+    </message>
     <message numerus="yes">
-        <source>%n font(s) deactivated</source>
+        <source>%n fonts deactivated</source>
+        <comment>Not for one font</comment>
         <translation>
             <numerusform>%n Schrift deaktiviert</numerusform>
             <numerusform>%n Schriften deaktiviert</numerusform>
         </translation>
+    </message>
+    <message>
+        <source>Programs that are already running may need a restart to notice.</source>
+        <translation>Programme, die schon laufen, bemerken es eventuell erst nach ihrem Neustart.</translation>
     </message>
     <message>
         <source>Activating %1</source>
@@ -2130,8 +2153,8 @@ Kerval sucht nun die fehlenden Schriften und entfernt sie aus Ihrer Bibliothek.<
 <context>
     <name>KrvPreviewTextSettingsWidget</name>
     <message>
-        <source>Font name</source>
-        <translation>Schriftname</translation>
+        <source>A sentence with the font's name</source>
+        <translation>Ein Satz mit dem Schriftnamen</translation>
     </message>
     <message>
         <source>Own sample text</source>

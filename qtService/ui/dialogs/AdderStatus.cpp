@@ -24,7 +24,7 @@ QString adderStatusText(const FontAdder& adder)
         return QString();
     QString status =
         QCoreApplication::translate("FMSControlCenter", "Processed fonts", "Example - Processed fonts: 10 of 20") +
-        QStringLiteral(": %1 of %2");
+        QCoreApplication::translate("FMSControlCenter", ": %1 of %2", "Example - Processed fonts: 10 of 20");
     status = status.arg(adder.numberOfAddedFonts()).arg(adder.numberOfFonts());
     QStringList suffix;
     if (adder.isPaused())

@@ -3,6 +3,7 @@
 #include "qtService/ui/messages/OpenOutside.h"
 
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -75,6 +76,7 @@ void FileProgressDialog::replaceCancelByClose()
 
 void FileProgressDialog::offerFile(const QString& filePath)
 {
+    setOperationText(tr("Saved as %1").arg(QDir::toNativeSeparators(filePath)));
     m_bar->setMaximum(qMax(1, m_bar->maximum()));
     m_bar->setValue(m_bar->maximum());
     // No role that ends the dialog: the user may want to come back to it.

@@ -182,8 +182,15 @@ void FontActivationDialog::checkResults()
     m_close->setFocus();
     if (!hasConflicts && !hasFailures) {
         const int count = m_fontIds.size();
-        m_description->setText(isActivating() ? tr("%n font(s) activated", nullptr, count)
-                                              : tr("%n font(s) deactivated", nullptr, count));
+        const QString activated =
+            count == 1 ? tr("1 font activated") : tr("%n fonts activated", "Not for one font", count);
+        const QString deactivated =
+            count == 1 ? tr("1 font deactivated") : tr("%n fonts deactivated", "Not for one font", count);
+        // Many programs look for fonts only when they start.
+        m_description->setText((isActivating() ? activated : deactivated) + QLatin1Char('\n') +
+                               tr("Programs that are already running may need a restart to notice."));
+        // The dialog has a size of its own by now, and the text may take more lines than the font's name.
+        adjustSize();
         return;
     }
     m_description->setText(isActivating() ? tr("Some fonts could not be activated.")

@@ -33,7 +33,7 @@ KrvPreviewTextSettingsWidget::KrvPreviewTextSettingsWidget(QWidget* parent)
 {
     setupUi();
     // The first entry is the sample each row makes of its font's own name.
-    m_sampleText->addItem(tr("Font name"), QString());
+    m_sampleText->addItem(tr("A sentence with the font's name"), QString());
     const QStringList texts = sampleTexts();
     for (const QString& text : texts)
         m_sampleText->addItem(text, text);

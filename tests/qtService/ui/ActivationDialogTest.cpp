@@ -33,14 +33,14 @@ private slots:
         FontActivationDialog dialog(m_library->service(), m_ids, PermanentlyActive, QStringLiteral("Activation"));
         QCOMPARE(dialog.findChild<QLabel*>(QStringLiteral("lblDescription"))->text(),
                  QStringLiteral("Activating 3 font(s)"));
-        QCOMPARE(runAndClose(dialog), QStringLiteral("3 font(s) activated"));
+        QVERIFY(runAndClose(dialog).startsWith(QStringLiteral("3 fonts activated\n")));
         for (const int id : qAsConst(m_ids))
             QCOMPARE(m_library->font(id)->activityType(), int(PermanentlyActive));
 
         FontActivationDialog back(m_library->service(), m_ids, Inactive, QStringLiteral("Deactivation"));
         QCOMPARE(back.findChild<QLabel*>(QStringLiteral("lblDescription"))->text(),
                  QStringLiteral("Deactivating 3 font(s)"));
-        QCOMPARE(runAndClose(back), QStringLiteral("3 font(s) deactivated"));
+        QVERIFY(runAndClose(back).startsWith(QStringLiteral("3 fonts deactivated\n")));
         for (const int id : qAsConst(m_ids))
             QCOMPARE(m_library->font(id)->activityType(), int(Inactive));
     }
