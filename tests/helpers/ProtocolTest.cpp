@@ -48,7 +48,7 @@ void ProtocolTest::scramblingFollowsItsFormula()
 {
     std::string bytes(200000, 'k');
     unscramble(bytes);
-    for (const qint32 i : {0, 1, 2, 13, 14, 27, 199999}) {
+    for (qint32 i = 0; i < 200000; i += i < 1000 ? 1 : 997) {
         const qint32 p = (i % 14 - 12) * (i % 2 - 2);
         const int expected = ('k' + 15 - (p * i) % 30) & 0xff;
         QCOMPARE(static_cast<unsigned char>(bytes[static_cast<std::size_t>(i)]), static_cast<unsigned char>(expected));
