@@ -31,9 +31,12 @@ QVariant FMSLogModel::data(const QModelIndex& index, int role) const
         return QVariant();
     const FMSLog::Entry entry = log->entry(index.row());
     switch (index.column()) {
-    case TimeColumn:
-        // The locale's short format with seconds lost is ambiguous in a log of quick events; the long one is not.
-        return QDateTime::fromSecsSinceEpoch(entry.time).toString(Qt::TextDate);
+    case TimeColumn: {
+        // Events are quick: the seconds are told, which short formats leave out.
+        const QDateTime time = QDateTime::fromSecsSinceEpoch(entry.time);
+        return QString(QLocale().toString(time.date(), QLocale::ShortFormat) + QLatin1Char(' ') +
+                       time.toString(QStringLiteral("HH:mm:ss")));
+    }
     case TypeColumn:
         return FMSLog::typeText(entry.type);
     default:
