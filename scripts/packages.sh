@@ -4,7 +4,7 @@ build_packages=(
     build-essential cmake ninja-build ccache mold pkg-config
     qtbase5-dev qtbase5-private-dev qtscript5-dev qtdeclarative5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev
     libqt5sql5-sqlite qt5-image-formats-plugins qttranslations5-l10n qml-module-qtquick2 qml-module-qtquick-controls2 qml-module-qtquick-window2
-    libfreetype-dev libharfbuzz-dev libfontconfig-dev libsqlite3-dev libminizip-dev zlib1g-dev libhttp-parser-dev nettle-dev
+    libfreetype-dev libharfbuzz-dev libfontconfig-dev libsqlite3-dev libminizip-dev zlib1g-dev libhttp-parser-dev libssl-dev
     librsvg2-bin fontconfig fonts-dejavu-core
 )
 test_packages=(

@@ -6,7 +6,7 @@
 #include <array>
 #include <utility>
 
-#include <nettle/sha1.h>
+#include <openssl/sha.h>
 
 #include FT_FONT_FORMATS_H
 #include FT_TRUETYPE_TABLES_H
@@ -20,11 +20,11 @@ constexpr std::size_t maximalFileSize = 1u << 30;
 
 std::string sha1(std::string_view bytes)
 {
-    sha1_ctx context;
-    sha1_init(&context);
-    sha1_update(&context, bytes.size(), reinterpret_cast<const std::uint8_t*>(bytes.data()));
-    std::array<std::uint8_t, SHA1_DIGEST_SIZE> digest{};
-    sha1_digest(&context, digest.size(), digest.data());
+    std::array<std::uint8_t, SHA_DIGEST_LENGTH> digest{};
+    SHA_CTX context; // SHA1() in one call would set up every algorithm there is
+    SHA1_Init(&context);
+    SHA1_Update(&context, bytes.data(), bytes.size());
+    SHA1_Final(digest.data(), &context);
 
     constexpr char digits[] = "0123456789abcdef";
     std::string text;
