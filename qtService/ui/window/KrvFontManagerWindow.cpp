@@ -464,7 +464,6 @@ void KrvFontManagerWindow::onFilteringStatusChanged(bool filtering)
     updateActionsState();
     if (m_fontToShow != 0 && m_model->indexOfFont(m_fontToShow).isValid()) {
         m_view->selectFont(m_fontToShow);
-        m_view->setFocus();
         m_fontToShow = 0;
     }
 }

@@ -47,6 +47,7 @@ void KrvFontManagerWindow::showFontInLibrary(int fontId)
         return;
     }
     show();
+    m_view->setFocus();
     if (!m_model->indexOfFont(fontId).isValid()) {
         if (!m_filters.isCleared())
             m_filters.clear();
@@ -61,5 +62,4 @@ void KrvFontManagerWindow::showFontInLibrary(int fontId)
         }
     }
     m_view->selectFont(fontId);
-    m_view->setFocus();
 }

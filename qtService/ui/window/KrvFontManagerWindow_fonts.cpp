@@ -266,6 +266,7 @@ void KrvFontManagerWindow::showSimilarFonts(SimilarFontsGroup::SimilarityMethod 
     if (needsFont && !font)
         return;
     const QString title = needsFont ? titlePattern.arg(font->familyName(), font->styleName()) : titlePattern;
+    m_history.leave(font ? font->id() : 0);
     m_view->resetState(KrvFontsView::ResetSelection);
     const SimilarFontsGroupPtr group =
         m_service->similarFontsGroup(font ? font->id() : 0, similarityResults, {}, method);
@@ -278,6 +279,7 @@ void KrvFontManagerWindow::showSimilarFonts(SimilarFontsGroup::SimilarityMethod 
 void KrvFontManagerWindow::showSimilarGroup(const FontGroupPtr& group, const QString& title)
 {
     m_sideBar->clearSelection();
+    m_fontToShow = 0;
     m_showsSimilarGroup = true;
     // Best first: the order of the result is its meaning.
     m_view->sortByGroup();
@@ -289,23 +291,28 @@ void KrvFontManagerWindow::showHistoryEntry(const SimilarGroupHistory::Entry* en
     if (!entry)
         return;
     m_view->resetState(KrvFontsView::ResetSelection);
+    // Choosing a group makes it the current entry.
+    const int fontId = entry->fontId;
     if (entry->groupId == 0) {
         showSimilarGroup(entry->group, entry->title);
-        return;
+    } else {
+        // The group may have been deleted since.
+        m_sideBar->selectGroup(entry->groupId);
+        if (m_sideBar->selectedGroupId() == 0)
+            m_sideBar->selectGroup(SystemFontGroupList::AllFonts);
     }
-    // The group may have been deleted since.
-    m_sideBar->selectGroup(entry->groupId);
-    if (m_sideBar->selectedGroupId() == 0)
-        m_sideBar->selectGroup(SystemFontGroupList::AllFonts);
+    m_fontToShow = fontId;
 }
 
 void KrvFontManagerWindow::setPreviousSimilarFontGroup()
 {
+    m_history.leave(m_view->currentFontId());
     showHistoryEntry(m_history.previous());
 }
 
 void KrvFontManagerWindow::setNextSimilarFontGroup()
 {
+    m_history.leave(m_view->currentFontId());
     showHistoryEntry(m_history.next());
 }
 

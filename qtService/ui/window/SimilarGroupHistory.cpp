@@ -24,6 +24,12 @@ void SimilarGroupHistory::visit(const Entry& group)
         push(group);
 }
 
+void SimilarGroupHistory::leave(int fontId)
+{
+    if (m_current >= 0)
+        m_entries[m_current].fontId = fontId;
+}
+
 const SimilarGroupHistory::Entry* SimilarGroupHistory::previous()
 {
     return hasPrevious() ? &m_entries.at(--m_current) : nullptr;
