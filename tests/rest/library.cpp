@@ -4,10 +4,10 @@
 #include "qtService/app/service/FontManagementService.h"
 #include "qtService/database/KrvFontRepository.h"
 #include "qtService/database/KrvUserDatabase.h"
+#include "tests/support/signalcount.h"
 #include "tests/support/testtree.h"
 
 #include <QDir>
-#include <QSignalSpy>
 #include <QtTest>
 
 namespace {
@@ -30,9 +30,9 @@ Library::Library()
     qputenv("FONTCONFIG_FILE", root + "/fonts.conf");
 
     m_service = QSharedPointer<FontManagementService>::create();
-    QSignalSpy started(m_service.data(), &FontManagementService::started);
+    const kerval::testing::SignalCount started(m_service.data(), &FontManagementService::started);
     m_service->start();
-    if (!QTest::qWaitFor([&] { return m_service->isStarted() && !started.isEmpty(); }, 30000))
+    if (!QTest::qWaitFor([&] { return !started.isEmpty(); }, 30000))
         qFatal("the service does not start");
     clear(); // what an earlier library of this program left in its home
     m_server = std::make_unique<api::rest::Server>(m_service);

@@ -3,17 +3,20 @@
 // every use of them. Here the calls that our code makes into Qt are told to it: what happens before what, and nothing
 // more.
 //
-// Locks and futures are told exactly. Queued signals are told as one: whatever came before any emission comes before
-// any later delivery of an event. That hides races between the sender of one signal and the receiver of another; races
-// on data without its lock are still seen wherever no event lies between.
+// Locks and futures are told exactly. The ends of threads and the tasks of pools are told as one each. Queued signals
+// are told as one: whatever came before any emission comes before any later delivery of an event. That hides races
+// between the sender of one signal and the receiver of another; races on data without its lock are still seen wherever
+// no event lies between.
 
 #include <QCoreApplication>
 #include <QFutureInterface>
 #include <QMutex>
 #include <QReadWriteLock>
 #include <QThread>
+#include <QThreadPool>
 #include <QWaitCondition>
 
+#include <functional>
 #include <future>
 
 #include <dlfcn.h>
@@ -44,7 +47,16 @@ const char* __tsan_default_suppressions()
            "race:QtConcurrent::ThreadEngine\n"
            "race:QtConcurrent::IterateKernel\n"
            "race:QtConcurrent::SequenceHolder\n"
-           "race:QtConcurrent::FilteredReducedKernel\n";
+           "race:QtConcurrent::FilteredReducedKernel\n"
+           // The copies of a queued signal's arguments: Qt makes them and posts them in one go, and a receiver on
+           // another thread may have them before the emission returns.
+           "race:QtMetaTypePrivate::QMetaTypeFunctionHelper<*>::Construct\n"
+           // The C library has a lock of its own for its time zone.
+           "race:tzset_internal\n"
+           // Connections that were cut during an emission are freed by whichever thread is the last to emit.
+           "race:QObjectPrivate::ConnectionData::deleteOrphaned\n"
+           // Asked of a sender by Qt's destructor of a receiver, under locks of its own.
+           "race:*::metaObject\n";
 }
 
 namespace {
@@ -66,6 +78,7 @@ void release(const void* address)
 }
 
 char anySignal;
+char anyTask;
 char anyThreadsEnd;
 
 bool acquireBeforeEvent(void**)
@@ -81,6 +94,35 @@ __attribute__((no_sanitize("thread"), noinline)) const void* sharedState(const Q
 {
     return reinterpret_cast<void* const*>(future)[1];
 }
+
+// A function that is to be called on another thread. Either that thread or the one that asked for it deletes it, and Qt
+// counts who is the last.
+class ToldSlot : public QtPrivate::QSlotObjectBase
+{
+public:
+    explicit ToldSlot(QtPrivate::QSlotObjectBase* slot)
+        : QSlotObjectBase(&ToldSlot::act)
+        , m_slot(slot)
+    {
+    }
+
+private:
+    static void act(int which, QSlotObjectBase* base, QObject* receiver, void** arguments, bool*)
+    {
+        auto* const self = static_cast<ToldSlot*>(base);
+        acquire(self);
+        if (which == Call)
+            self->m_slot->call(receiver, arguments);
+        if (which == Destroy) {
+            self->m_slot->destroyIfLastRef();
+            delete self;
+            return;
+        }
+        release(self);
+    }
+
+    QtPrivate::QSlotObjectBase* const m_slot;
+};
 
 } // namespace
 
@@ -196,7 +238,20 @@ void QFutureInterfaceBase::reportFinished()
 {
     KERVAL_ORIGINAL("_ZN20QFutureInterfaceBase14reportFinishedEv", void(QFutureInterfaceBase*));
     release(sharedState(this));
+    release(&anyTask);
+    release(&anySignal);
     function(this);
+}
+
+// The last to let go of a future deletes its results.
+bool QFutureInterfaceBase::derefT() const
+{
+    KERVAL_ORIGINAL("_ZNK20QFutureInterfaceBase6derefTEv", bool(const QFutureInterfaceBase*));
+    const void* const state = sharedState(this);
+    release(state);
+    const bool isUsed = function(this);
+    acquire(state);
+    return isUsed;
 }
 
 void QFutureInterfaceBase::waitForFinished()
@@ -216,6 +271,35 @@ QThread* QThread::createThreadImpl(std::future<void>&& work)
             release(&anyThreadsEnd);
         },
         std::move(work)));
+}
+
+void QThread::start(Priority priority)
+{
+    KERVAL_ORIGINAL("_ZN7QThread5startENS_8PriorityE", void(QThread*, Priority));
+    release(&anySignal);
+    connect(
+        this, &QThread::finished, this, [] { release(&anyThreadsEnd); }, Qt::DirectConnection);
+    function(this, priority);
+}
+
+void QThreadPool::start(std::function<void()> work, int priority)
+{
+    KERVAL_ORIGINAL("_ZN11QThreadPool5startESt8functionIFvvEEi", void(QThreadPool*, std::function<void()>, int));
+    std::function<void()> told = [work = std::move(work)] {
+        acquire(&anyTask);
+        work();
+        release(&anyTask);
+    };
+    release(&anyTask);
+    function(this, std::move(told), priority);
+}
+
+bool QThreadPool::waitForDone(int milliseconds)
+{
+    KERVAL_ORIGINAL("_ZN11QThreadPool11waitForDoneEi", bool(QThreadPool*, int));
+    const bool done = function(this, milliseconds);
+    acquire(&anyTask);
+    return done;
 }
 
 bool QThread::wait(unsigned long time)
@@ -248,4 +332,21 @@ void QCoreApplication::postEvent(QObject* receiver, QEvent* event, int priority)
     KERVAL_ORIGINAL("_ZN16QCoreApplication9postEventEP7QObjectP6QEventi", void(QObject*, QEvent*, int));
     release(&anySignal);
     function(receiver, event, priority);
+}
+
+bool QMetaObject::invokeMethodImpl(QObject* object, QtPrivate::QSlotObjectBase* slot, Qt::ConnectionType type,
+                                   void* result)
+{
+    KERVAL_ORIGINAL("_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv",
+                    bool(QObject*, QtPrivate::QSlotObjectBase*, Qt::ConnectionType, void*));
+    auto* const told = new ToldSlot(slot);
+    release(&anySignal);
+    return function(object, told, type, result);
+}
+
+void QObject::deleteLater()
+{
+    KERVAL_ORIGINAL("_ZN7QObject11deleteLaterEv", void(QObject*));
+    release(&anySignal);
+    function(this);
 }

@@ -11,10 +11,10 @@
 #include "qtService/management/systemfm/SystemFontManager.h"
 #include "tests/qtService/management/LibraryFixture.h"
 #include "tests/support/helperprograms.h"
+#include "tests/support/signalcount.h"
 #include "tests/support/testregistry.h"
 #include "tests/support/testtree.h"
 
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -34,7 +34,7 @@ struct RunningService
         start();
         if (fonts > 0) {
             files = copyFonts(folder.path(), fonts);
-            QSignalSpy stopped(service->fontAdder().data(), &FontAdder::fontAddingStopped);
+            SignalCount stopped(service->fontAdder().data(), &FontAdder::fontAddingStopped);
             service->addFonts({folder.path()});
             if (!QTest::qWaitFor([&] { return !stopped.isEmpty(); }, 60000))
                 qFatal("the fonts were not added");
@@ -45,7 +45,7 @@ struct RunningService
     {
         service.reset();
         service.reset(new FontManagementService);
-        QSignalSpy started(service.data(), &FontManagementService::started);
+        SignalCount started(service.data(), &FontManagementService::started);
         service->start();
         if (!QTest::qWaitFor([&] { return !started.isEmpty(); }, 30000))
             qFatal("the service did not start");
@@ -114,7 +114,7 @@ void FontManagementServiceTest::analysesAndCataloguesAFolder()
     QTRY_COMPARE(running.groupCount(SystemFontGroupList::RecentlyAddedFonts), 4);
 
     // What is catalogued is not analysed again.
-    QSignalSpy searched(running.service->fontAdder().data(), &FontAdder::fontFileSearchFinished);
+    SignalCount searched(running.service->fontAdder().data(), &FontAdder::fontFileSearchFinished);
     running.service->addFonts({running.folder.path()});
     QTRY_VERIFY_WITH_TIMEOUT(!searched.isEmpty(), 10000);
     QVERIFY(!running.service->fontAdder()->isAdding());
@@ -143,7 +143,7 @@ void FontManagementServiceTest::refusesOnlineSourcesForMoreThanOneFile()
     QCOMPARE(service.addFonts({running.folder.path()}, QString(), 7), FontManagementService::OnlineSourcePathIsFolder);
     QCOMPARE(service.fontAdder()->numberOfFonts(), 0);
 
-    QSignalSpy stopped(service.fontAdder().data(), &FontAdder::fontAddingStopped);
+    SignalCount stopped(service.fontAdder().data(), &FontAdder::fontAddingStopped);
     QCOMPARE(service.addFonts({copies.first()}, source, 7), FontManagementService::NoError);
     QTRY_VERIFY_WITH_TIMEOUT(!stopped.isEmpty(), 30000);
     const StaticFontPtr font = service.repository()->fonts().value(0);
@@ -292,7 +292,7 @@ void FontManagementServiceTest::consumesTheListOfAReplacedCatalogue()
     const QString list = krv::userSettingsFolder() + QStringLiteral("olddbfontfiles.ev");
     writeFile(list,
               (copies.at(0) + QStringLiteral("\n") + copies.at(1) + QStringLiteral("\n\n") + copies.at(2)).toUtf8());
-    QSignalSpy searched(running.service->fontAdder().data(), &FontAdder::fontFileSearchFinished);
+    SignalCount searched(running.service->fontAdder().data(), &FontAdder::fontFileSearchFinished);
     running.service->rescanFonts();
     QVERIFY(!QFile::exists(list));
     QTRY_VERIFY_WITH_TIMEOUT(!searched.isEmpty(), 120000);
@@ -320,14 +320,14 @@ void FontManagementServiceTest::answersWithNothingWhenStopped()
 {
     RunningService running(1);
     FontManagementService& service = *running.service;
-    QSignalSpy stopped(&service, &FontManagementService::stopped);
+    SignalCount stopped(&service, &FontManagementService::stopped);
     service.stop();
     QTRY_VERIFY_WITH_TIMEOUT(!stopped.isEmpty(), 10000);
     QVERIFY(!service.isStarted());
     QVERIFY(!service.repository() && !service.removeFonts({1}) && !service.existingFontsGroup());
     QCOMPARE(service.addGroup(QStringLiteral("g")), 0);
 
-    QSignalSpy started(&service, &FontManagementService::started);
+    SignalCount started(&service, &FontManagementService::started);
     service.start();
     QTRY_VERIFY_WITH_TIMEOUT(!started.isEmpty(), 10000);
     QCOMPARE(service.repository()->fontCount(), 1);
@@ -338,7 +338,7 @@ void FontManagementServiceTest::finishesRunningProcessesBeforeItStops()
     RunningService running;
     const QStringList copies = copyFonts(running.folder.path(), 20);
     FontManagementService& service = *running.service;
-    QSignalSpy counted(service.fontAdder().data(), &FontAdder::numberOfAddedFontsChanged);
+    SignalCount counted(service.fontAdder().data(), &FontAdder::numberOfAddedFontsChanged);
     service.addFonts({running.folder.path()});
     QTRY_VERIFY_WITH_TIMEOUT(counted.size() > 1, 20000);
     running.start();
@@ -349,7 +349,7 @@ void FontManagementServiceTest::finishesRunningProcessesBeforeItStops()
     QVERIFY(stored >= 2);
     QCOMPARE(stored + adder->numberOfFonts(), 20);
     if (adder->isPaused()) {
-        QSignalSpy stopped(adder.data(), &FontAdder::fontAddingStopped);
+        SignalCount stopped(adder.data(), &FontAdder::fontAddingStopped);
         adder->startAdding();
         QTRY_VERIFY_WITH_TIMEOUT(!stopped.isEmpty(), 30000);
     }
