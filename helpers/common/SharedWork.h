@@ -9,10 +9,10 @@ namespace kerval::helpers {
 constexpr int kWorkers = 2;
 
 // Does work(begin, end, worker) for 0 to count in shares of `share`, which two threads take in turn: one that a busy
-// machine lets start late leaves more to the other. Each thread says which worker it is, 0 or 1. Below `many` starting
-// a thread costs more than it saves. The work must not throw.
+// machine lets start late leaves more to the other. Each thread says which worker it is, 0 or 1. With less than two
+// whole shares there is no second thread. The work must not throw.
 template <typename Work>
-void shareWork(int count, int share, int many, Work work)
+void shareWork(int count, int share, Work work)
 {
     std::atomic<int> next{0};
     const auto takeShares = [&](int worker) {
@@ -21,7 +21,7 @@ void shareWork(int count, int share, int many, Work work)
         }
     };
     std::thread helper;
-    if (count >= many) {
+    if (count >= 2 * share) {
         helper = std::thread(takeShares, 1);
     }
     takeShares(0);

@@ -23,7 +23,6 @@ constexpr int kMostAttempts = 3;
 
 // Two threads read shares of the fonts, each over a connection of its own, and write them to where they belong.
 constexpr int kShare = 4096;
-constexpr int kMany = 1000;
 
 class Worker
 {
@@ -80,7 +79,7 @@ Outcome writeSet(const std::string& database, FeatureFolderWriter& writer, Featu
         return Outcome::Failed;
     }
     std::atomic<bool> good{true};
-    shareWork(static_cast<int>(fonts.size()), kShare, kMany, [&](int begin, int end, int worker) {
+    shareWork(static_cast<int>(fonts.size()), kShare, [&](int begin, int end, int worker) {
         if (good && !workers[static_cast<std::size_t>(worker)].work(fonts, static_cast<std::size_t>(begin),
                                                                     static_cast<std::size_t>(end))) {
             good = false;

@@ -14,11 +14,7 @@ namespace {
 // A face that lacks some of the letters is a little less sure to be alike.
 constexpr float kMissingPenalty = 0.15F;
 
-// From here on a second thread saves more than it costs to start.
-constexpr int kManyFonts = 5000;
-
-// A thread takes so many faces at a time.
-constexpr int kShare = 2500;
+constexpr int kShare = 2500; // faces that a thread takes at a time; of two such shares on it saves what it costs
 
 bool isPresent(const float* vector)
 {
@@ -32,8 +28,7 @@ bool isPresent(const float* vector)
 std::vector<float> FaceComparison::distancesFrom(int font, const std::vector<char>& marked) const
 {
     std::vector<float> distances(static_cast<std::size_t>(m_folder.count()), kIncomparable);
-    shareWork(m_folder.count(), kShare, kManyFonts,
-              [&](int begin, int end, int) { scan(font, marked, begin, end, distances); });
+    shareWork(m_folder.count(), kShare, [&](int begin, int end, int) { scan(font, marked, begin, end, distances); });
     return distances;
 }
 

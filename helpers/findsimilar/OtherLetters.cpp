@@ -10,8 +10,7 @@ namespace kerval::helpers {
 
 namespace {
 
-// So few faces are not worth a second thread.
-constexpr int kShare = 20;
+constexpr int kShare = 20; // faces; fewer are not worth a second thread
 
 bool readVector(const RecordFile& file, int font, FeatureVector& vector)
 {
@@ -37,7 +36,7 @@ OtherLetters::OtherLetters(const FeatureFolder& folder, int font)
 std::vector<float> OtherLetters::distances(const std::vector<int>& fonts) const
 {
     std::vector<float> distances(fonts.size());
-    shareWork(static_cast<int>(fonts.size()), kShare, 2 * kShare, [&](int begin, int end, int) {
+    shareWork(static_cast<int>(fonts.size()), kShare, [&](int begin, int end, int) {
         for (auto i = static_cast<std::size_t>(begin); i < static_cast<std::size_t>(end); ++i) {
             distances[i] = distance(fonts[i]);
         }
