@@ -105,17 +105,15 @@ bool inTransaction(const QSqlDatabase& database, const std::function<bool()>& wo
 // What another program holds is mostly let go soon; a start without the user's data lasts a whole session.
 constexpr char waiting[] = "QSQLITE_BUSY_TIMEOUT=30000";
 
-// A journal left behind would be replayed into the next file of the name.
+// The journals first: one left behind by a kill in between would be replayed into the next file of the name.
 bool moveWithJournals(const QString& from, const QString& to)
 {
-    if (!QFile::rename(from, to))
-        return false;
     for (const char* suffix : {"-wal", "-shm", "-journal"}) {
         const QString journal = from + QLatin1String(suffix);
         if (QFile::exists(journal) && !QFile::rename(journal, to + QLatin1String(suffix)))
             return false;
     }
-    return true;
+    return QFile::rename(from, to);
 }
 
 } // namespace
